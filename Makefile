@@ -1,0 +1,56 @@
+# TavUtil: `make demo` and `make test` do all set-up on a fresh Debian 12 machine.
+BUILD ?= build
+JOBS ?= $(shell nproc)
+TOOLCHAIN := cmake/mingw-w64-x86_64.cmake
+SESSION := cmake/wine-session.sh
+
+# Debian packages the build and the tests need, and a command each one provides.
+PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
+            binutils-mingw-w64-x86-64:x86_64-w64-mingw32-objdump \
+            wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
+            googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja
+
+.PHONY: all deps configure build test demo bench install clean
+
+all: build
+
+deps:
+	@missing=""; for entry in $(PACKAGES); do \
+	    pkg=$${entry%%:*}; probe=$${entry#*:}; \
+	    if [ "$${probe#/}" != "$$probe" ]; then [ -e "$$probe" ] || missing="$$missing $$pkg"; \
+	    else command -v "$$probe" >/dev/null 2>&1 || missing="$$missing $$pkg"; fi; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	    echo "installing:$$missing"; \
+	    SUDO=""; [ "$$(id -u)" = 0 ] || SUDO=sudo; \
+	    $$SUDO apt-get update -qq && \
+	    DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq --no-install-recommends $$missing; \
+	fi
+
+$(BUILD)/build.ninja: | deps
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=Release
+
+configure: $(BUILD)/build.ninja
+
+build: deps configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure --timeout 900
+
+demo: build
+	bash demo/demo.sh $(BUILD)
+
+bench: build
+	cmake --build $(BUILD) --target benchmarks -j $(JOBS)
+	@$(SESSION) start $(BUILD) && \
+	status=0; for b in $(BUILD)/bin/bench_*.exe; do \
+	    echo "== $$(basename $$b)"; $(SESSION) run $(BUILD) "$$b" || status=1; \
+	done; $(SESSION) stop $(BUILD); exit $$status
+
+install: build
+	cmake --install $(BUILD) --prefix $(or $(PREFIX),$(BUILD)/install)
+
+clean:
+	-$(SESSION) stop $(BUILD) 2>/dev/null
+	rm -rf $(BUILD)

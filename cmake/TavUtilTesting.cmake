@@ -1,0 +1,39 @@
+# Test harness: GoogleTest built from Debian's sources with the project's toolchain, and one Wine session
+# (prefix, Xvfb, persistent wineserver) shared by every test executable of a run.
+
+set(TAVUTIL_GTEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest sources (Debian package googletest)")
+if(NOT EXISTS ${TAVUTIL_GTEST_SOURCE}/CMakeLists.txt)
+    message(FATAL_ERROR "GoogleTest sources not found in ${TAVUTIL_GTEST_SOURCE} (apt-get install googletest)")
+endif()
+set(gtest_disable_pthreads ON CACHE BOOL "" FORCE)
+set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+add_subdirectory(${TAVUTIL_GTEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+
+# The session is started before the first test and stopped after the last, whatever the selection.
+add_test(NAME wine_session_start COMMAND ${TAVUTIL_WINE_SESSION} start ${CMAKE_BINARY_DIR})
+set_tests_properties(wine_session_start PROPERTIES FIXTURES_SETUP wine TIMEOUT 300)
+add_test(NAME wine_session_stop COMMAND ${TAVUTIL_WINE_SESSION} stop ${CMAKE_BINARY_DIR})
+set_tests_properties(wine_session_stop PROPERTIES FIXTURES_CLEANUP wine)
+
+# tavutil_test_area(NAME [SOURCES ...] [LIBS ...] [TIMEOUT seconds])
+# One GoogleTest executable per area, `NAME_tests.exe`, made of the .cpp and .rc files of the calling
+# folder (or the SOURCES given), and one CTest entry that runs it under Wine.
+function(tavutil_test_area name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBS" ${ARGN})
+    if(NOT ARG_SOURCES)
+        file(GLOB ARG_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.rc)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 600)
+    endif()
+    set(target ${name}_tests)
+    add_executable(${target} ${ARG_SOURCES})
+    target_link_libraries(${target} PRIVATE TavUtil tavutil_test_support GTest::gtest tavutil_warnings ${ARG_LIBS})
+    add_test(NAME ${target} COMMAND ${target} --gtest_color=no)
+    set_tests_properties(${target} PROPERTIES
+        FIXTURES_REQUIRED wine
+        TIMEOUT ${ARG_TIMEOUT}
+        # Programs under test talk to one X display and one foreground: never two at once.
+        RESOURCE_LOCK desktop)
+endfunction()

@@ -1,0 +1,125 @@
+#!/usr/bin/env bash
+# One Wine session per build directory: a private prefix (made once, reused), one Xvfb and one persistent
+# wineserver for a whole test run.
+#
+#   wine-session.sh start BUILD_DIR        make the prefix if needed, start Xvfb and the wineserver
+#   wine-session.sh stop  BUILD_DIR        stop both (by pid for Xvfb)
+#   wine-session.sh run   BUILD_DIR EXE [ARGS...]
+#                                          run a Windows program in the session; without a started
+#                                          session, one is started for this program alone
+#   wine-session.sh env   BUILD_DIR        print the environment of the session (for `eval`)
+#
+# CMake uses `run` as the cross-compiling emulator, so every test and tool target runs under Wine.
+set -u
+
+cmd=${1:?usage: wine-session.sh start|stop|run|env BUILD_DIR [EXE ARGS...]}
+build=$(cd "${2:?missing BUILD_DIR}" && pwd)
+shift 2
+
+prefix="$build/wineprefix"
+state="$build/wine-session.state"
+
+if [ -x /usr/lib/wine/wine64 ]; then WINE=/usr/lib/wine/wine64; else WINE=wine; fi
+export WINEPREFIX="$prefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" LC_ALL=C.UTF-8
+# A program that is run by hand must not pick up the caller's display or audio.
+unset WAYLAND_DISPLAY
+
+log() { echo "wine-session: $*" >&2; }
+
+make_prefix() {
+    [ -f "$prefix/.tavutil-ready" ] && return 0
+    log "creating the Wine prefix in $prefix (once per build directory)"
+    rm -rf "$prefix"
+    mkdir -p "$prefix"
+    wineboot -i </dev/null >/dev/null 2>&1
+    wineserver -w
+    # Without a window manager every hide of a visible top-level window costs 2 s; unmanaged windows
+    # close at once. There is no sound device on these machines: no audio driver, no ALSA noise.
+    (cd "$prefix" &&
+        "$WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f &&
+        "$WINE" reg add 'HKCU\Software\Wine\Drivers' /v Audio /d "" /f) >/dev/null 2>&1
+    wineserver -w
+    touch "$prefix/.tavutil-ready"
+}
+
+start_session() {
+    make_prefix
+    local fdfile="$build/xvfb.display"
+    rm -f "$fdfile"
+    # The background servers must not hold the caller's output pipes open (CTest waits for them).
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$fdfile" </dev/null >/dev/null 2>&1 &
+    local xpid=$!
+    for _ in $(seq 100); do
+        [ -s "$fdfile" ] && break
+        sleep 0.05
+    done
+    local display
+    display=$(tr -d '\n' <"$fdfile")
+    if [ -z "$display" ]; then
+        log "Xvfb did not start"
+        kill "$xpid" 2>/dev/null
+        return 1
+    fi
+    wineserver -k >/dev/null 2>&1
+    wineserver -w >/dev/null 2>&1
+    wineserver -p </dev/null >/dev/null 2>&1
+    printf 'XVFB_PID=%s\nDISPLAY=:%s\n' "$xpid" "$display" >"$state"
+    # Wine starts its system processes (services, device drivers, the desktop) with the first program
+    # that needs them, and they inherit that program's output. Start them here, with no output to hold,
+    # so that no test's output pipe stays open after the test.
+    (export DISPLAY=":$display"; cd "$build" &&
+        "$WINE" rundll32.exe user32.dll,GetDesktopWindow </dev/null >/dev/null 2>&1)
+}
+
+stop_session() {
+    wineserver -k >/dev/null 2>&1
+    wineserver -w >/dev/null 2>&1
+    if [ -f "$state" ]; then
+        local pid
+        pid=$(sed -n 's/^XVFB_PID=//p' "$state")
+        [ -n "$pid" ] && kill "$pid" 2>/dev/null
+        rm -f "$state"
+    fi
+}
+
+load_session() {
+    [ -f "$state" ] || return 1
+    local pid
+    pid=$(sed -n 's/^XVFB_PID=//p' "$state")
+    kill -0 "$pid" 2>/dev/null || return 1
+    export DISPLAY
+    DISPLAY=$(sed -n 's/^DISPLAY=//p' "$state")
+}
+
+case "$cmd" in
+start)
+    stop_session
+    start_session
+    ;;
+stop)
+    stop_session
+    ;;
+env)
+    load_session || { log "no session running for $build"; exit 1; }
+    printf 'export WINEPREFIX=%q WINEDEBUG=-all WINEDLLOVERRIDES=%q LC_ALL=C.UTF-8 DISPLAY=%q WINE=%q\n' \
+        "$WINEPREFIX" "$WINEDLLOVERRIDES" "$DISPLAY" "$WINE"
+    ;;
+run)
+    exe=${1:?missing program}
+    shift
+    owned=0
+    if ! load_session; then
+        start_session || exit 1
+        load_session
+        owned=1
+    fi
+    "$WINE" "$exe" "$@"
+    rc=$?
+    [ "$owned" = 1 ] && stop_session
+    exit $rc
+    ;;
+*)
+    log "unknown command $cmd"
+    exit 2
+    ;;
+esac

@@ -1,0 +1,228 @@
+#include "TestSupport.h"
+
+#include <atomic>
+#include <cstdio>
+
+namespace tavtest {
+
+namespace {
+
+struct Handle {
+    HANDLE h = nullptr;
+    Handle() = default;
+    explicit Handle(HANDLE value) : h(value) {}
+    ~Handle() {
+        if (h && h != INVALID_HANDLE_VALUE)
+            CloseHandle(h);
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+};
+
+std::wstring ExeBaseName() {
+    std::wstring self = SelfPath();
+    std::wstring name = self.substr(self.find_last_of(L'\\') + 1);
+    return name.substr(0, name.size() - 4);  // without ".exe"
+}
+
+void DeleteAppDefaults(const std::wstring& exeName) {
+    std::wstring key = L"Software\\Wine\\AppDefaults\\" + exeName;
+    RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str());
+}
+
+bool SetAppDefault(const std::wstring& exeName, const std::wstring& subkey, const std::wstring& value,
+                   const std::wstring& data) {
+    std::wstring path = L"Software\\Wine\\AppDefaults\\" + exeName;
+    if (!subkey.empty())
+        path += L"\\" + subkey;
+    HKEY key = nullptr;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr) !=
+        ERROR_SUCCESS)
+        return false;
+    LONG rc = RegSetValueExW(key, value.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(data.c_str()),
+                             static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+    return rc == ERROR_SUCCESS;
+}
+
+}  // namespace
+
+std::wstring SelfPath() {
+    wchar_t buffer[MAX_PATH * 4];
+    DWORD n = GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(std::size(buffer)));
+    return std::wstring(buffer, n);
+}
+
+std::wstring BinDir() {
+    std::wstring self = SelfPath();
+    return self.substr(0, self.find_last_of(L'\\'));
+}
+
+std::string Narrow(const std::wstring& text) {
+    if (text.empty())
+        return {};
+    int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr,
+                                nullptr);
+    std::string out(n, '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
+    return out;
+}
+
+std::wstring Widen(const std::string& text) {
+    if (text.empty())
+        return {};
+    int n = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+    std::wstring out(n, L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
+    return out;
+}
+
+TempDir::TempDir(const std::wstring& hint) {
+    static std::atomic<unsigned> counter{0};
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    for (;;) {
+        std::wstring candidate = std::wstring(temp) + hint + L"-" + std::to_wstring(GetCurrentProcessId()) +
+                                 L"-" + std::to_wstring(counter++);
+        if (CreateDirectoryW(candidate.c_str(), nullptr)) {
+            path_ = candidate;
+            return;
+        }
+        if (GetLastError() != ERROR_ALREADY_EXISTS)
+            return;
+    }
+}
+
+TempDir::~TempDir() {
+    if (!path_.empty())
+        RemoveTree(path_);
+}
+
+bool RemoveTree(const std::wstring& path) {
+    WIN32_FIND_DATAW data;
+    HANDLE find = FindFirstFileW((path + L"\\*").c_str(), &data);
+    if (find != INVALID_HANDLE_VALUE) {
+        do {
+            std::wstring name = data.cFileName;
+            if (name == L"." || name == L"..")
+                continue;
+            std::wstring child = path + L"\\" + name;
+            if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+                RemoveTree(child);
+            } else {
+                SetFileAttributesW(child.c_str(), FILE_ATTRIBUTE_NORMAL);
+                DeleteFileW(child.c_str());
+            }
+        } while (FindNextFileW(find, &data));
+        FindClose(find);
+    }
+    RemoveDirectoryW(path.c_str());
+    return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES;
+}
+
+bool WriteFileBytes(const std::wstring& path, const std::string& bytes) {
+    Handle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file.h == INVALID_HANDLE_VALUE)
+        return false;
+    DWORD written = 0;
+    return WriteFile(file.h, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+           written == bytes.size();
+}
+
+ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
+    ChildResult result;
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    HANDLE readRaw = nullptr, writeRaw = nullptr;
+    if (!CreatePipe(&readRaw, &writeRaw, &inherit, 0))
+        return result;
+    Handle readEnd(readRaw), writeEnd(writeRaw);
+    SetHandleInformation(readEnd.h, HANDLE_FLAG_INHERIT, 0);
+
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = writeEnd.h;
+    startup.hStdError = writeEnd.h;
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    PROCESS_INFORMATION info{};
+    std::wstring mutableLine = commandLine;
+    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                        &info))
+        return result;
+    Handle process(info.hProcess), thread(info.hThread);
+    CloseHandle(writeEnd.h);
+    writeEnd.h = nullptr;
+
+    // Read until the child closes its end; the time-out is enforced by a watchdog wait below.
+    DWORD start = GetTickCount();
+    char buffer[4096];
+    for (;;) {
+        DWORD available = 0;
+        if (!PeekNamedPipe(readEnd.h, nullptr, 0, nullptr, &available, nullptr))
+            break;  // the child closed the pipe
+        if (available > 0) {
+            DWORD got = 0;
+            if (!ReadFile(readEnd.h, buffer, sizeof(buffer), &got, nullptr) || got == 0)
+                break;
+            result.output.append(buffer, got);
+            continue;
+        }
+        if (WaitForSingleObject(process.h, 10) == WAIT_OBJECT_0) {
+            // Drain what is left, then stop.
+            while (PeekNamedPipe(readEnd.h, nullptr, 0, nullptr, &available, nullptr) && available > 0) {
+                DWORD got = 0;
+                if (!ReadFile(readEnd.h, buffer, sizeof(buffer), &got, nullptr) || got == 0)
+                    break;
+                result.output.append(buffer, got);
+            }
+            break;
+        }
+        if (GetTickCount() - start > timeoutMs)
+            break;
+    }
+    if (WaitForSingleObject(process.h, 0) != WAIT_OBJECT_0) {
+        DWORD remaining = GetTickCount() - start > timeoutMs ? 0 : timeoutMs - (GetTickCount() - start);
+        if (WaitForSingleObject(process.h, remaining) != WAIT_OBJECT_0) {
+            TerminateProcess(process.h, 1);
+            WaitForSingleObject(process.h, 5000);
+            return result;
+        }
+    }
+    result.finished = true;
+    GetExitCodeProcess(process.h, &result.exitCode);
+    return result;
+}
+
+ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD timeoutMs) {
+    static std::atomic<unsigned> counter{0};
+    std::wstring copyName = ExeBaseName() + L"-" + (run.windowsVersion.empty() ? L"native" : run.windowsVersion) +
+                            L"-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++) +
+                            L".exe";
+    std::wstring copyPath = BinDir() + L"\\" + copyName;
+    ChildResult result;
+    if (!CopyFileW(SelfPath().c_str(), copyPath.c_str(), FALSE))
+        return result;
+    if (!run.windowsVersion.empty())
+        SetAppDefault(copyName, L"", L"Version", run.windowsVersion);
+    for (const std::wstring& dll : run.disabledDlls)
+        SetAppDefault(copyName, L"DllOverrides", dll, L"");
+
+    SetEnvironmentVariableW(L"TAVTEST_ARG", run.environment.empty() ? nullptr : run.environment.c_str());
+    result = RunProgram(L"\"" + copyPath + L"\" --gtest_color=no --gtest_also_run_disabled_tests --gtest_filter=" +
+                            Widen(filter),
+                        timeoutMs);
+    SetEnvironmentVariableW(L"TAVTEST_ARG", nullptr);
+
+    DeleteAppDefaults(copyName);
+    for (int attempt = 0; attempt < 50 && !DeleteFileW(copyPath.c_str()); ++attempt)
+        Sleep(20);
+    return result;
+}
+
+std::wstring ChildArgument() {
+    wchar_t buffer[4096];
+    DWORD n = GetEnvironmentVariableW(L"TAVTEST_ARG", buffer, static_cast<DWORD>(std::size(buffer)));
+    return n && n < std::size(buffer) ? std::wstring(buffer, n) : std::wstring();
+}
+
+}  // namespace tavtest

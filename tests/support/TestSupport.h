@@ -1,0 +1,64 @@
+// Helpers for tests that run under Wine: temporary folders, child processes with captured output, and
+// runs of a test executable under another emulated Windows version.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace tavtest {
+
+// Full path of the running test executable, and the folder that holds it and TavUtil.dll.
+std::wstring SelfPath();
+std::wstring BinDir();
+
+// UTF-8 <-> UTF-16 for messages and captured output.
+std::string Narrow(const std::wstring& text);
+std::wstring Widen(const std::string& text);
+
+// A new, empty folder under %TEMP% (its name starts with `hint`), removed with its content on destruction.
+class TempDir {
+public:
+    explicit TempDir(const std::wstring& hint = L"tavtest");
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    const std::wstring& path() const { return path_; }
+    // path() + L"\\" + name
+    std::wstring operator/(const std::wstring& name) const { return path_ + L"\\" + name; }
+
+private:
+    std::wstring path_;
+};
+
+// Removes a folder and everything below it; true when it is gone afterwards.
+bool RemoveTree(const std::wstring& path);
+// Writes bytes to a file, replacing it.
+bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
+
+struct ChildResult {
+    DWORD exitCode = static_cast<DWORD>(-1);
+    bool finished = false;  // false: it did not end within the time-out and was terminated
+    std::string output;     // standard output and standard error together
+};
+
+// Runs a command line, captures its output, waits for it to end.
+ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs = 60000);
+
+struct EmulatedRun {
+    std::wstring windowsVersion;           // Wine's name: win95, win98, winme, nt40, win2k, winxp, ...
+    std::vector<std::wstring> disabledDlls;  // e.g. L"dwmapi": LoadLibraryW of it fails in the child
+    std::wstring environment;              // value of TAVTEST_ARG in the child
+};
+
+// Runs a copy of this test executable under the given emulated Windows version, with only the tests
+// matching `filter` (disabled tests included, so that child-only tests are named DISABLED_...).
+// The copy and its Wine application settings are removed afterwards.
+ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD timeoutMs = 60000);
+
+// The TAVTEST_ARG of the process (empty when not set).
+std::wstring ChildArgument();
+
+}  // namespace tavtest

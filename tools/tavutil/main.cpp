@@ -1,0 +1,71 @@
+// tavutil.exe: try TavUtil's capabilities from a shell.
+#include "Cli.h"
+
+#include <windows.h>
+#include <shellapi.h>
+
+#ifndef TAVUTIL_VERSION_TEXT
+#define TAVUTIL_VERSION_TEXT L"unknown"
+#endif
+
+namespace {
+
+void PrintUsage(bool toError) {
+    std::wstring text = L"usage: tavutil VERB [ARGS...]\n       tavutil --help | --version\n\nverbs:\n";
+    for (const cli::Verb& verb : cli::Verbs()) {
+        std::wstring usage = verb.usage;
+        if (usage.size() < 34)
+            usage.resize(34, L' ');
+        text += L"  " + usage + L" " + verb.summary + L"\n";
+    }
+    toError ? cli::Err(text) : cli::Out(text);
+}
+
+int UsageFailure(const std::string& message, const cli::Verb* verb) {
+    cli::Err(L"tavutil: " + std::wstring(message.begin(), message.end()) + L"\n");
+    if (verb)
+        cli::Err(std::wstring(L"usage: tavutil ") + verb->usage + L"\n");
+    else
+        PrintUsage(true);
+    return 2;
+}
+
+std::vector<std::wstring> CommandLineArguments() {
+    int count = 0;
+    LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::wstring> args;
+    for (int i = 1; argv && i < count; ++i)
+        args.emplace_back(argv[i]);
+    LocalFree(argv);
+    return args;
+}
+
+}  // namespace
+
+int main() {
+    std::vector<std::wstring> args = CommandLineArguments();
+    if (args.empty())
+        return UsageFailure("no verb given", nullptr);
+    const std::wstring& first = args.front();
+    if (first == L"--help" || first == L"-h" || first == L"help") {
+        PrintUsage(false);
+        return 0;
+    }
+    if (first == L"--version") {
+        cli::OutLine(std::wstring(L"tavutil ") + TAVUTIL_VERSION_TEXT);
+        return 0;
+    }
+    for (const cli::Verb& verb : cli::Verbs()) {
+        if (first != verb.name)
+            continue;
+        try {
+            return verb.run(cli::Args(args.begin() + 1, args.end()));
+        } catch (const cli::UsageError& e) {
+            return UsageFailure(e.what(), &verb);
+        } catch (const std::exception& e) {
+            cli::Err(L"tavutil: " + std::wstring(e.what(), e.what() + strlen(e.what())) + L"\n");
+            return 1;
+        }
+    }
+    return UsageFailure("unknown verb '" + cli::Narrow(first) + "'", nullptr);
+}
