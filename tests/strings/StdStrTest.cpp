@@ -6,27 +6,145 @@
 
 namespace {
 
+using Str = CStdStr<wchar_t>;
+
 TEST(StdStr, NullPointerGivesEmptyString) {
-    CStdStr<wchar_t> s(static_cast<const wchar_t*>(nullptr));
+    Str s(static_cast<const wchar_t*>(nullptr));
     EXPECT_TRUE(s.empty());
-    CStdStr<wchar_t> t = L"x";
+    Str t = L"x";
     t = static_cast<const wchar_t*>(nullptr);
     EXPECT_TRUE(t.empty());
 }
 
 TEST(StdStr, ResourceIdentifierLoadsFromStringTable) {
-    CStdStr<wchar_t> s(MAKEINTRESOURCEW(101));
+    Str s(MAKEINTRESOURCEW(101));
     EXPECT_EQ(s, L"Loaded from the test executable");
     s = MAKEINTRESOURCEW(102);
     EXPECT_EQ(s, L"Zweite Zeile");
+    // The largest identifier value is still an identifier.
+    Str high(MAKEINTRESOURCEW(0xFFFF));
+    EXPECT_TRUE(high.empty());
 }
 
 TEST(StdStr, MissingResourceLeavesStringEmpty) {
-    CStdStr<wchar_t> s(MAKEINTRESOURCEW(4711));
+    Str s(MAKEINTRESOURCEW(4711));
     EXPECT_TRUE(s.empty());
-    CStdStr<wchar_t> t = L"before";
+    Str t = L"before";
     t = MAKEINTRESOURCEW(4711);
     EXPECT_TRUE(t.empty());
+}
+
+TEST(StdStr, AssigningOwnBufferIsNoOp) {
+    Str s = L"unchanged";
+    s = s.c_str();
+    EXPECT_EQ(s, L"unchanged");
+}
+
+TEST(StdStr, AssigningPointerIntoOwnBufferKeepsTheTail) {
+    Str s = L"C:\\folder\\file.txt";
+    s = s.c_str() + 3;
+    EXPECT_EQ(s, L"folder\\file.txt");
+    s = s.c_str() + s.size();  // the terminator: empty tail
+    EXPECT_TRUE(s.empty());
+}
+
+TEST(StdStr, LeftAndRightClampTheirCount) {
+    Str s = L"abcdef";
+    EXPECT_EQ(s.Left(2), L"ab");
+    EXPECT_EQ(s.Left(-5), L"");
+    EXPECT_EQ(s.Left(100), L"abcdef");
+    EXPECT_EQ(s.Right(2), L"ef");
+    EXPECT_EQ(s.Right(-1), L"");
+    EXPECT_EQ(s.Right(100), L"abcdef");
+    EXPECT_EQ(s.Mid(2, 3), L"cde");
+    EXPECT_EQ(s.Mid(10), L"");
+}
+
+TEST(StdStr, TrimBySetDropsLeadingThenTrailing) {
+    Str s = L" \r\nword one\n \r";
+    s.Trim(L" \n\r");
+    EXPECT_EQ(s, L"word one");
+    Str only = L" \n\r ";
+    only.Trim(L" \n\r");
+    EXPECT_TRUE(only.empty());
+    Str custom = L"xxabcxx";
+    custom.TrimLeft(L"x");
+    EXPECT_EQ(custom, L"abcxx");
+    custom.TrimRight(L"x");
+    EXPECT_EQ(custom, L"abc");
+}
+
+TEST(StdStr, SearchesBySetAndUnit) {
+    Str s = L"ab cd\nef";
+    EXPECT_EQ(s.FindOneOf(L" \n"), 2);
+    EXPECT_EQ(s.FindLastOneOf(L" \n"), 5);
+    EXPECT_EQ(s.FindNotOneOf(L"ab"), 2);
+    EXPECT_EQ(s.FindLastNotOneOf(L"ef"), 5);
+    EXPECT_EQ(s.ReverseFind(L'b'), 1);
+    EXPECT_EQ(s.ReverseFind(L'z'), -1);
+    EXPECT_EQ(s.FindOneOf(L"xyz"), -1);
+    EXPECT_EQ(s.Find(L"cd"), 3);
+}
+
+TEST(StdStr, ConcatenationAndEquality) {
+    Str a = L"key";
+    Str b = a + L'-' + L"word" + Str(L"!");
+    EXPECT_EQ(b, L"key-word!");
+    EXPECT_TRUE(b == L"key-word!");
+    EXPECT_FALSE(b == L"KEY-WORD!");  // case-sensitive
+    EXPECT_TRUE(b != L"other");
+    Str c = L"x";
+    c += L'y';
+    c += L"z";
+    c += Str(L"!");
+    EXPECT_EQ(c, L"xyz!");
+    Str d = L"pre" + a;
+    EXPECT_EQ(d, L"prekey");
+    EXPECT_TRUE(Str() == static_cast<const wchar_t*>(nullptr));
+}
+
+TEST(StdStr, CaseHelpers) {
+    Str s = L"Mixed Case";
+    EXPECT_EQ(s.ToUpper(), L"MIXED CASE");
+    EXPECT_EQ(s.ToLower(), L"mixed case");
+    EXPECT_TRUE(s.EqualsNoCase(L"MIXED case"));
+    EXPECT_EQ(s.Replace(L"e", L"E"), 2);
+    EXPECT_EQ(s, L"MixEd CasE");
+}
+
+TEST(StdStr, FormatUsesWideStringConventions) {
+    Str s;
+    s.Format(L"%s=%d (%04X) %c", L"value", 42, 0xBE, L'z');
+    EXPECT_EQ(s, L"value=42 (00BE) z");
+}
+
+// The formatter grows its buffer 2049, 6145, 12289, 20481, 30721, 43009 units and keeps the text
+// truncated to 43008 units after the last attempt.
+TEST(StdStr, FormatGrowsThroughItsBufferSizes) {
+    const int fits[] = {2048, 2049, 6144, 6145, 43008};
+    for (int length : fits) {
+        Str s;
+        std::wstring text(static_cast<size_t>(length), L'q');
+        s.Format(L"%s", text.c_str());
+        EXPECT_EQ(s.GetLength(), length) << "length " << length;
+        EXPECT_EQ(s, text.c_str());
+    }
+}
+
+TEST(StdStr, FormatTruncatesBeyondTheLastBuffer) {
+    std::wstring text(50000, L'r');
+    text[43007] = L'A';
+    text[43008] = L'B';
+    Str s;
+    s.Format(L"%s", text.c_str());
+    ASSERT_EQ(s.GetLength(), 43008);
+    EXPECT_EQ(s.back(), L'A');
+    EXPECT_EQ(Str::kFormatBufferSizes[5], 43009);
+    for (int i = 1; i < 6; ++i) {
+        int growth = Str::kFormatBufferSizes[i] - Str::kFormatBufferSizes[i - 1];
+        int previous = i == 1 ? 2048 : Str::kFormatBufferSizes[i - 1] - Str::kFormatBufferSizes[i - 2];
+        EXPECT_EQ(growth, previous + 2048) << "step " << i;
+    }
 }
 
 }  // namespace

@@ -61,7 +61,5 @@ public:
 // Logs one record when `level` is within the reporting level:  VELM_LOG(INFO_LEVEL) << L"text";
 inline std::wstring VelmLogSourceText(const char* text) { return std::wstring(text, text + std::strlen(text)); }
 #define VELM_LOG(level)                                                                                      \
-    if ((level) > VelmLog::ReportingLevel())                                                                \
-        ;                                                                                                    \
-    else                                                                                                     \
-        VelmLog().Get((level), VelmLogSourceText(__FILE__), __LINE__, VelmLogSourceText(__FUNCTION__))
+    for (bool velmLogOnce = (level) <= VelmLog::ReportingLevel(); velmLogOnce; velmLogOnce = false)           \
+    VelmLog().Get((level), VelmLogSourceText(__FILE__), __LINE__, VelmLogSourceText(__FUNCTION__))

@@ -40,6 +40,12 @@ void OSInfo::captureInfo() {
     OSVERSIONINFOW info;
     if (!ReadVersion(info))
         return;
+    OSVERSIONINFOEXW extended;
+    bool haveExtended = info.dwPlatformId == VER_PLATFORM_WIN32_NT && ReadVersionEx(extended);
+    captureFrom(info, haveExtended ? &extended : nullptr);
+}
+
+void OSInfo::captureFrom(const OSVERSIONINFOW& info, const OSVERSIONINFOEXW* extended) {
     platformId_ = info.dwPlatformId;
     servicePack_ = info.szCSDVersion;
     // On the 9x family the high word of the build number repeats the version.
@@ -80,12 +86,9 @@ void OSInfo::captureInfo() {
         break;
     }
 
-    if (info.dwPlatformId == VER_PLATFORM_WIN32_NT) {
-        OSVERSIONINFOEXW ex;
-        if (ReadVersionEx(ex)) {
-            servicePackMajor_ = ex.wServicePackMajor;
-            servicePackMinor_ = ex.wServicePackMinor;
-        }
+    if (info.dwPlatformId == VER_PLATFORM_WIN32_NT && extended != nullptr) {
+        servicePackMajor_ = extended->wServicePackMajor;
+        servicePackMinor_ = extended->wServicePackMinor;
     }
 }
 

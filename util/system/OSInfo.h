@@ -48,6 +48,11 @@ public:
     bool is802_11bSupported() const;    // XP and Vista only (not 7, on purpose)
     bool IsUnderlying64Bit() const;     // always true: this is a 64-bit build
 
+protected:
+    // Records the facts of a version record (and, on the NT family, of the extended record when there is
+    // one) in the statics. Pairs the classification does not know keep the previous classification.
+    static void captureFrom(const OSVERSIONINFOW& info, const OSVERSIONINFOEXW* extended);
+
 private:
     static void captureInfo();
 
