@@ -1,23 +1,13 @@
 #include "TestSupport.h"
 
+#include "platform/Handles.h"
+
 #include <atomic>
 #include <cstdio>
 
 namespace tavtest {
 
 namespace {
-
-struct Handle {
-    HANDLE h = nullptr;
-    Handle() = default;
-    explicit Handle(HANDLE value) : h(value) {}
-    ~Handle() {
-        if (h && h != INVALID_HANDLE_VALUE)
-            CloseHandle(h);
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-};
 
 std::wstring ExeBaseName() {
     std::wstring self = SelfPath();
@@ -35,14 +25,12 @@ bool SetAppDefault(const std::wstring& exeName, const std::wstring& subkey, cons
     std::wstring path = L"Software\\Wine\\AppDefaults\\" + exeName;
     if (!subkey.empty())
         path += L"\\" + subkey;
-    HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr) !=
+    tav::UniqueKey key;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr) !=
         ERROR_SUCCESS)
         return false;
-    LONG rc = RegSetValueExW(key, value.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(data.c_str()),
-                             static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t)));
-    RegCloseKey(key);
-    return rc == ERROR_SUCCESS;
+    return RegSetValueExW(key.get(), value.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(data.c_str()),
+                          static_cast<DWORD>((data.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
 }
 
 }  // namespace
@@ -121,11 +109,12 @@ bool RemoveTree(const std::wstring& path) {
 }
 
 bool WriteFileBytes(const std::wstring& path, const std::string& bytes) {
-    Handle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (file.h == INVALID_HANDLE_VALUE)
+    tav::UniqueFile file(
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file)
         return false;
     DWORD written = 0;
-    return WriteFile(file.h, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+    return WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
            written == bytes.size();
 }
 
@@ -135,43 +124,42 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
     HANDLE readRaw = nullptr, writeRaw = nullptr;
     if (!CreatePipe(&readRaw, &writeRaw, &inherit, 0))
         return result;
-    Handle readEnd(readRaw), writeEnd(writeRaw);
-    SetHandleInformation(readEnd.h, HANDLE_FLAG_INHERIT, 0);
+    tav::UniqueHandle readEnd(readRaw), writeEnd(writeRaw);
+    SetHandleInformation(readEnd.get(), HANDLE_FLAG_INHERIT, 0);
 
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = writeEnd.h;
-    startup.hStdError = writeEnd.h;
+    startup.hStdOutput = writeEnd.get();
+    startup.hStdError = writeEnd.get();
     startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
     PROCESS_INFORMATION info{};
     std::wstring mutableLine = commandLine;
     if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                         &info))
         return result;
-    Handle process(info.hProcess), thread(info.hThread);
-    CloseHandle(writeEnd.h);
-    writeEnd.h = nullptr;
+    tav::UniqueHandle process(info.hProcess), thread(info.hThread);
+    writeEnd.reset();  // the child holds the only write end now: its exit ends our reads
 
     // Read until the child closes its end; the time-out is enforced by a watchdog wait below.
     DWORD start = GetTickCount();
     char buffer[4096];
     for (;;) {
         DWORD available = 0;
-        if (!PeekNamedPipe(readEnd.h, nullptr, 0, nullptr, &available, nullptr))
+        if (!PeekNamedPipe(readEnd.get(), nullptr, 0, nullptr, &available, nullptr))
             break;  // the child closed the pipe
         if (available > 0) {
             DWORD got = 0;
-            if (!ReadFile(readEnd.h, buffer, sizeof(buffer), &got, nullptr) || got == 0)
+            if (!ReadFile(readEnd.get(), buffer, sizeof(buffer), &got, nullptr) || got == 0)
                 break;
             result.output.append(buffer, got);
             continue;
         }
-        if (WaitForSingleObject(process.h, 10) == WAIT_OBJECT_0) {
+        if (WaitForSingleObject(process.get(), 10) == WAIT_OBJECT_0) {
             // Drain what is left, then stop.
-            while (PeekNamedPipe(readEnd.h, nullptr, 0, nullptr, &available, nullptr) && available > 0) {
+            while (PeekNamedPipe(readEnd.get(), nullptr, 0, nullptr, &available, nullptr) && available > 0) {
                 DWORD got = 0;
-                if (!ReadFile(readEnd.h, buffer, sizeof(buffer), &got, nullptr) || got == 0)
+                if (!ReadFile(readEnd.get(), buffer, sizeof(buffer), &got, nullptr) || got == 0)
                     break;
                 result.output.append(buffer, got);
             }
@@ -180,16 +168,16 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
         if (GetTickCount() - start > timeoutMs)
             break;
     }
-    if (WaitForSingleObject(process.h, 0) != WAIT_OBJECT_0) {
+    if (WaitForSingleObject(process.get(), 0) != WAIT_OBJECT_0) {
         DWORD remaining = GetTickCount() - start > timeoutMs ? 0 : timeoutMs - (GetTickCount() - start);
-        if (WaitForSingleObject(process.h, remaining) != WAIT_OBJECT_0) {
-            TerminateProcess(process.h, 1);
-            WaitForSingleObject(process.h, 5000);
+        if (WaitForSingleObject(process.get(), remaining) != WAIT_OBJECT_0) {
+            TerminateProcess(process.get(), 1);
+            WaitForSingleObject(process.get(), 5000);
             return result;
         }
     }
     result.finished = true;
-    GetExitCodeProcess(process.h, &result.exitCode);
+    GetExitCodeProcess(process.get(), &result.exitCode);
     return result;
 }
 
