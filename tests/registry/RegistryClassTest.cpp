@@ -39,6 +39,25 @@ LOGFONTW SampleLogFont() {
     return lf;
 }
 
+// Calls every typed write once (11 writes) with small sample values; `font` must hold a font.
+const int kTypedWrites = 11;
+void WriteEveryType(CRegistryClass& reg, CFont& font) {
+    CRect rect(1, 2, 3, 4);
+    CPoint point(1, 2);
+    CSize size(3, 4);
+    reg.WriteString(L"s", L"text");
+    reg.WriteDword(L"d", 1);
+    reg.WriteInt(L"i", 1);
+    reg.WriteBool(L"b", 1);
+    reg.WriteColor(L"c", 1);
+    reg.WriteFloat(L"f", 1.0);
+    reg.WriteDateTime(L"t", COleDateTime());
+    reg.WriteRect(L"r", &rect);
+    reg.WritePoint(L"p", &point);
+    reg.WriteSize(L"z", &size);
+    reg.WriteFont(L"n", &font);
+}
+
 // Key management ---------------------------------------------------------------------------------------------
 
 TEST(RegistryClass, FreshObjectHasTheDefaults) {
@@ -412,27 +431,10 @@ TEST(RegistryClass, LazyWriteZeroFlushesEveryCreatedSelectedOrWrittenKey) {
     CFont font;
     LOGFONTW lf = SampleLogFont();
     ASSERT_TRUE(font.CreateFontIndirect(&lf));
-    CRect rect;
-    CPoint point;
-    CSize size;
-    auto writeAll = [&] {
-        reg.WriteString(L"s", L"x");
-        reg.WriteDword(L"d", 1);
-        reg.WriteInt(L"i", 1);
-        reg.WriteBool(L"b", 1);
-        reg.WriteColor(L"c", 1);
-        reg.WriteFloat(L"f", 1);
-        reg.WriteDateTime(L"t", COleDateTime());
-        reg.WriteRect(L"r", &rect);
-        reg.WritePoint(L"p", &point);
-        reg.WriteSize(L"z", &size);
-        reg.WriteFont(L"n", &font);
-    };
-
     s_flushes = 0;
     ASSERT_EQ(reg.CreateKey(scratch.path().c_str()), 1);
     ASSERT_EQ(reg.SetKey(scratch.path().c_str(), 0), 1);
-    writeAll();
+    WriteEveryType(reg, font);
     EXPECT_EQ(s_flushes, 0);  // lazy write 1: the system decides
 
     reg.SetLazyWrite(0);
@@ -440,8 +442,8 @@ TEST(RegistryClass, LazyWriteZeroFlushesEveryCreatedSelectedOrWrittenKey) {
     EXPECT_EQ(s_flushes, 1);
     ASSERT_EQ(reg.SetKey(scratch.path().c_str(), 0), 1);
     EXPECT_EQ(s_flushes, 2);
-    writeAll();
-    EXPECT_EQ(s_flushes, 13);
+    WriteEveryType(reg, font);
+    EXPECT_EQ(s_flushes, 2 + kTypedWrites);
     // Reads, queries, deletions and failed writes flush nothing.
     reg.ReadString(L"s", L"");
     reg.ReadInt(L"i", 0);
@@ -450,11 +452,11 @@ TEST(RegistryClass, LazyWriteZeroFlushesEveryCreatedSelectedOrWrittenKey) {
     reg.DeleteValue(L"i");
     reg.WriteString(L"s", CString(L'x', 300));
     reg.SetKey((scratch / L"Missing").c_str(), 0);
-    EXPECT_EQ(s_flushes, 13);
+    EXPECT_EQ(s_flushes, 2 + kTypedWrites);
 
     reg.ClearKey();  // lazy write back to 1
     reg.CreateKey(scratch.path().c_str());
-    EXPECT_EQ(s_flushes, 13);
+    EXPECT_EQ(s_flushes, 2 + kTypedWrites);
 }
 
 // Fonts --------------------------------------------------------------------------------------------------------
@@ -521,15 +523,7 @@ TEST_F(RegistryClassTest, ThousandsOfCallsLeakNoHandleAndNoFont) {
         reg.SetKey(path, 0);
         reg.SetKey(path + L"\\Missing", 0);
         reg.KeyExists(path);
-        reg.WriteString(L"s", L"text");
-        reg.WriteDword(L"d", 1);
-        reg.WriteInt(L"i", 1);
-        reg.WriteFloat(L"f", 1.0);
-        reg.WriteDateTime(L"t", COleDateTime());
-        reg.WriteRect(L"r", &rect);
-        reg.WritePoint(L"p", &point);
-        reg.WriteSize(L"z", &size);
-        reg.WriteFont(L"n", &font);
+        WriteEveryType(reg, font);
         reg.ReadString(L"s", L"");
         reg.ReadString(L"d", L"");
         reg.ReadDword(L"d", 0);
