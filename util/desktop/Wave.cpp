@@ -66,6 +66,10 @@ bool cWave::play(const CStdStr<wchar_t>& eventName, PlayModeEnum mode) {
     CStdStr<wchar_t> soundText;
     if (!ReadSoundText(key.get(), soundText))
         return false;
+    // An empty value is the scheme's "no sound" for the event: the answer is false without asking the
+    // sound system, which accepts an asynchronous play before it looks at the name.
+    if (soundText.empty())
+        return false;
 
     SetLastError(0);
     const bool played = PlaySoundW(soundText.c_str(), nullptr, flags) != FALSE;

@@ -21,7 +21,7 @@ public:
 
     // Plays the sound registered for `eventName` of this application (the executable's name without
     // folder and extension). Never falls back to a default sound: false when the event has no key, no
-    // value, an unplayable value, or the sound could not be started. The reason goes to the log at
+    // value, an empty value (no sound registered), or the sound could not be started. The reason goes to the log at
     // WARNING when the sound itself fails.
     bool play(const CStdStr<wchar_t>& eventName, PlayModeEnum mode);
     // Stops the sound when the repeat flag is set, and clears it.
