@@ -130,15 +130,21 @@ TEST_F(BrowseTest, BrowseFilesReturnsTheChosenFile) {
     EXPECT_EQ(g_openFile.filter, (std::vector<std::wstring>{L"Text files (*.txt)", L"*.txt", L"All files", L"*.*"}));
 }
 
-TEST_F(BrowseTest, BrowseFilesPassesItsSettings) {
+// Opens the file picker, cancels it, and answers the caption it showed.
+std::wstring CaptionOfCancelledFilePicker(const CStdStr<wchar_t>& initialDir, const CStdStr<wchar_t>& title) {
     std::wstring caption;
     DialogDriver driver([&](HWND dialog) {
         caption = desktoptest::WindowText(dialog);
         desktoptest::Cancel(dialog);
     });
     CStdStr<wchar_t> file;
-    BrowseFiles(kFilter, file, temp_.path(), L"Pick a script");
-    ASSERT_TRUE(driver.Finish());
+    BrowseFiles(kFilter, file, initialDir, title);
+    EXPECT_TRUE(driver.Finish());
+    return caption;
+}
+
+TEST_F(BrowseTest, BrowseFilesPassesItsSettings) {
+    const std::wstring caption = CaptionOfCancelledFilePicker(temp_.path(), L"Pick a script");
     ASSERT_EQ(g_openFile.count, 1);
     EXPECT_EQ(g_openFile.flags, 0x181804u);
     EXPECT_EQ(g_openFile.flags, DWORD(OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_EXPLORER |
@@ -163,14 +169,7 @@ TEST_F(BrowseTest, BrowseFilesCancelLeavesFileUnchanged) {
 }
 
 TEST_F(BrowseTest, BrowseFilesEmptyTitleAndFolderPassNull) {
-    std::wstring caption;
-    DialogDriver driver([&](HWND dialog) {
-        caption = desktoptest::WindowText(dialog);
-        desktoptest::Cancel(dialog);
-    });
-    CStdStr<wchar_t> file;
-    BrowseFiles(kFilter, file, L"", L"");
-    ASSERT_TRUE(driver.Finish());
+    const std::wstring caption = CaptionOfCancelledFilePicker(L"", L"");
     EXPECT_TRUE(g_openFile.initialDirNull);
     EXPECT_TRUE(g_openFile.titleNull);
     EXPECT_EQ(caption, L"Open");  // the dialog's own title

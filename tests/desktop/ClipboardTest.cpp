@@ -209,32 +209,23 @@ TEST_F(ClipboardTest, SetTextEmptiesFirst) {
     EXPECT_TRUE(Clipboard::isFormatAvailable(CF_UNICODETEXT));
 }
 
-TEST_F(ClipboardTest, EmptyStringPutsOneUnitBlock) {
-    {
-        ClassicClipboard clipboard;
-        ASSERT_TRUE(clipboard.setText(L"", CF_UNICODETEXT));
-    }
-    ASSERT_TRUE(OpenClipboard(nullptr));
-    HANDLE data = GetClipboardData(CF_UNICODETEXT);
-    ASSERT_NE(data, nullptr);
-    EXPECT_EQ(GlobalSize(data), sizeof(wchar_t));
-    EXPECT_EQ(*static_cast<const wchar_t*>(GlobalLock(data)), L'\0');
-    GlobalUnlock(data);
-    CloseClipboard();
-    ClassicClipboard reader;
-    EXPECT_EQ(reader.getText(CF_UNICODETEXT), L"");
-}
-
+// The block holds the text and its terminator; an empty string gives a block of the terminator alone.
 TEST_F(ClipboardTest, BlockHoldsTextAndTerminator) {
-    {
-        ClassicClipboard clipboard;
-        ASSERT_TRUE(clipboard.setText(L"abc", CF_UNICODETEXT));
+    for (const std::wstring& text : {std::wstring(), std::wstring(L"abc")}) {
+        {
+            ClassicClipboard clipboard;
+            ASSERT_TRUE(clipboard.setText(text, CF_UNICODETEXT));
+        }
+        ASSERT_TRUE(OpenClipboard(nullptr));
+        HANDLE data = GetClipboardData(CF_UNICODETEXT);
+        ASSERT_NE(data, nullptr);
+        EXPECT_EQ(GlobalSize(data), (text.size() + 1) * sizeof(wchar_t)) << tavtest::Narrow(text);
+        EXPECT_EQ(static_cast<const wchar_t*>(GlobalLock(data))[text.size()], L'\0');
+        GlobalUnlock(data);
+        CloseClipboard();
+        ClassicClipboard reader;
+        EXPECT_EQ(reader.getText(CF_UNICODETEXT), text);
     }
-    ASSERT_TRUE(OpenClipboard(nullptr));
-    HANDLE data = GetClipboardData(CF_UNICODETEXT);
-    ASSERT_NE(data, nullptr);
-    EXPECT_EQ(GlobalSize(data), 4 * sizeof(wchar_t));
-    CloseClipboard();
 }
 
 TEST_F(ClipboardTest, SetTextUsesTheCallersFormat) {
