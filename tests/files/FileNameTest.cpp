@@ -142,37 +142,32 @@ TEST(FileName, AppendDirectoryAddsOneSeparatorAndNoTrailingOne) {
     }
 }
 
-TEST(FileName, StripExtensionSearchesTheWholeText) {
-    Str s = L"D:\\a.b\\file";
-    EXPECT_TRUE(CFileName::StripExtension(s));
-    EXPECT_EQ(s, L"D:\\a");
-    Str t = L"D:\\dir\\file";
-    EXPECT_FALSE(CFileName::StripExtension(t));
-    EXPECT_EQ(t, L"D:\\dir\\file");
-    Str u = L"archive.tar.gz";
-    EXPECT_TRUE(CFileName::StripExtension(u));
-    EXPECT_EQ(u, L"archive.tar");
-}
-
-TEST(FileName, StripPathAndTrailingSeparatorHonourOnlyBackslash) {
-    Str a = L"D:/a/b", b = L"D:/a/b";
-    EXPECT_FALSE(CFileName::StripPath(a));
-    EXPECT_FALSE(CFileName::StripTrailingSeparator(b));
-    EXPECT_EQ(a, L"D:/a/b");
-    EXPECT_EQ(b, L"D:/a/b");
-    Str c = L"D:/a/b/";
-    EXPECT_FALSE(CFileName::StripTrailingSeparator(c));
-    EXPECT_EQ(c, L"D:/a/b/");
-
-    Str d = L"D:\\a\\b.txt";
-    EXPECT_TRUE(CFileName::StripPath(d));
-    EXPECT_EQ(d, L"b.txt");
-    Str e = L"D:\\a\\";
-    EXPECT_TRUE(CFileName::StripTrailingSeparator(e));
-    EXPECT_EQ(e, L"D:\\a");
-    Str f = L"D:\\a\\b";
-    EXPECT_FALSE(CFileName::StripTrailingSeparator(f));
-    EXPECT_EQ(f, L"D:\\a\\b");
+// The static helpers: StripExtension searches the last dot in the whole text (a dot in a folder name
+// counts, deliberately); StripPath and StripTrailingSeparator honour only the backslash.
+TEST(FileName, StripHelpersTable) {
+    struct Row {
+        bool (*strip)(Str&);
+        const wchar_t* input;
+        bool result;
+        const wchar_t* after;
+    } rows[] = {
+        {&CFileName::StripExtension, L"D:\\a.b\\file", true, L"D:\\a"},
+        {&CFileName::StripExtension, L"D:\\dir\\file", false, L"D:\\dir\\file"},
+        {&CFileName::StripExtension, L"archive.tar.gz", true, L"archive.tar"},
+        {&CFileName::StripPath, L"D:/a/b", false, L"D:/a/b"},
+        {&CFileName::StripPath, L"D:\\a\\b.txt", true, L"b.txt"},
+        {&CFileName::StripPath, L"D:\\a\\", true, L""},
+        {&CFileName::StripTrailingSeparator, L"D:/a/b", false, L"D:/a/b"},
+        {&CFileName::StripTrailingSeparator, L"D:/a/b/", false, L"D:/a/b/"},
+        {&CFileName::StripTrailingSeparator, L"D:\\a\\", true, L"D:\\a"},
+        {&CFileName::StripTrailingSeparator, L"D:\\a\\b", false, L"D:\\a\\b"},
+        {&CFileName::StripTrailingSeparator, L"\\", true, L""},
+    };
+    for (size_t i = 0; i < std::size(rows); ++i) {
+        Str text = rows[i].input;
+        EXPECT_EQ(rows[i].strip(text), rows[i].result) << "row " << i;
+        EXPECT_EQ(text, rows[i].after) << "row " << i;
+    }
 }
 
 TEST(FileName, StripTrailingSeparatorOnEmptyThrowsOutOfRange) {

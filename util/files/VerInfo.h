@@ -32,7 +32,7 @@ enum VERFIELD {
 class TAVUTIL_API CVerInfo {
 public:
     CVerInfo();
-    explicit CVerInfo(const wchar_t* file); // empty, then Init(file)
+    CVerInfo(const wchar_t* file); // empty, then Init(file)
     CVerInfo(const CVerInfo& other);
     CVerInfo& operator=(const CVerInfo& other);
     ~CVerInfo();

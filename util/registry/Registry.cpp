@@ -95,7 +95,8 @@ long CRegistry::ReadStringValue(const wchar_t* name, CStdStr<wchar_t>& out) {
         return 1;
     if (size == 0)
         return 0;
-    // Twice the reported size, on purpose: the value may change between the two queries.
+    // Twice the reported size: deliberately generous, so that a value that grew since the first query
+    // still fits.
     unsigned long capacity = 2 * size;
     std::unique_ptr<unsigned char[]> buffer(new (std::nothrow) unsigned char[capacity]());
     if (!buffer || QueryValueEx(name, &type, buffer.get(), &capacity) != ERROR_SUCCESS)
