@@ -1,0 +1,13 @@
+# Keystroke scripts: escaping, the key queue of a script, and typing into Wine's notepad.
+say "Text escaped so that a keystroke script types it literally"
+tav escape "50% (a+b) {x}"
+say "A script parsed without sending anything: the keys it will press"
+tav keys --dry-run "+(hi) there~{TAB 2}x"
+tav keys --dry-run "{ENTER 0}"
+say "Typing a script into Wine's notepad, then what notepad shows"
+"$session" run "$build" notepad.exe >/dev/null 2>&1 &
+notepad_pid=$!
+tav keys --delay 2000 --show "+hello from +tav+util!~{- 3}~+(shift group) {x 3}{BS}{TAB}done"
+tav screenshot "$build/demo-keys.png"
+kill "$notepad_pid" 2>/dev/null
+wait "$notepad_pid" 2>/dev/null

@@ -1,0 +1,35 @@
+// The keystroke verbs of tavutil.exe.
+#include <TestSupport.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+tavtest::ChildResult Tavutil(const std::wstring& arguments) {
+    return tavtest::RunProgram(L"\"" + tavtest::BinDir() + L"\\tavutil.exe\" " + arguments);
+}
+
+TEST(KeysCli, DryRunShowsTheQueueAndResult) {
+    tavtest::ChildResult run = Tavutil(L"keys --dry-run \"+(ab) {ENTER 2}\"");
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("queue (7 entries): Shift down, A, B, Shift up, SPACE, ENTER, ENTER"))
+        << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("result: 0 (SKERR_NONE)")) << run.output;
+
+    run = Tavutil(L"keys --dry-run \"{ENTER 0}\"");
+    EXPECT_EQ(1u, run.exitCode);
+    EXPECT_NE(std::string::npos, run.output.find("result: 4 (SKERR_INVALIDCOUNT)")) << run.output;
+}
+
+TEST(KeysCli, EscapeAndReleaseAll) {
+    tavtest::ChildResult run = Tavutil(L"escape \"50% (a+b)\"");
+    EXPECT_EQ(0u, run.exitCode);
+    EXPECT_EQ("50{%} {(}a{+}b{)}\n", run.output);
+    run = Tavutil(L"release-all");
+    EXPECT_EQ(0u, run.exitCode);
+    EXPECT_EQ("released 0 held keys\n", run.output);
+    run = Tavutil(L"keys");
+    EXPECT_EQ(2u, run.exitCode) << run.output;
+}
+
+}  // namespace

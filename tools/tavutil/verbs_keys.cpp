@@ -1,0 +1,234 @@
+// Verbs of keystroke synthesis: send a script (or only parse it and show its key queue), escape literal
+// text, release held keys, and a screenshot of the screen to show what a script typed.
+#include "Cli.h"
+
+#include <TavUtil.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <vector>
+
+namespace {
+
+const wchar_t* ResultName(SKERR result) {
+    switch (result) {
+    case SKERR_NONE: return L"SKERR_NONE";
+    case SKERR_MISSINGCLOSEBRACE: return L"SKERR_MISSINGCLOSEBRACE";
+    case SKERR_INVALIDKEY: return L"SKERR_INVALIDKEY";
+    case SKERR_MISSINGCLOSEPAREN: return L"SKERR_MISSINGCLOSEPAREN";
+    case SKERR_INVALIDCOUNT: return L"SKERR_INVALIDCOUNT";
+    case SKERR_STRINGTOOLONG: return L"SKERR_STRINGTOOLONG";
+    case SKERR_BUSY: return L"SKERR_BUSY";
+    case SKERR_MENUFAILED: return L"SKERR_MENUFAILED";
+    case SKERR_COMMANDDONE: return L"SKERR_COMMANDDONE";
+    }
+    return L"?";
+}
+
+std::wstring ResultLine(SKERR result) { return L"result: " + std::to_wstring(result) + L" (" + ResultName(result) + L")"; }
+
+// A readable name of a queued key: the script's own key name, the character the key types, or its code.
+std::wstring KeyName(WORD code) {
+    static const wchar_t* const names[] = {L"ENTER", L"TAB",   L"ESC",   L"BACKSPACE", L"DELETE", L"INSERT",
+                                           L"LEFT",  L"RIGHT", L"UP",    L"DOWN",      L"PGUP",   L"PGDN",
+                                           L"HOME",  L"END",   L"CAPSLOCK", L"NUMLOCK", L"SCROLLOCK", L"HELP",
+                                           L"PRTSC", L"CLEAR", L"SLEEP"};
+    for (const wchar_t* name : names)
+        if (tav::keys::LookupKeyName(name) == code)
+            return name;
+    if (code >= VK_F1 && code <= VK_F16)
+        return L"F" + std::to_wstring(code - VK_F1 + 1);
+    UINT ch = MapVirtualKeyW(code, MAPVK_VK_TO_CHAR) & 0xFFFF;
+    if (code == VK_SPACE)
+        return L"SPACE";
+    if (ch > L' ')
+        return std::wstring(1, static_cast<wchar_t>(ch));
+    wchar_t hex[16];
+    swprintf(hex, 16, L"key %02X", code);
+    return hex;
+}
+
+// The queue as the player will press it: a modifier's first occurrence presses it, the next releases it.
+std::wstring DescribeQueue() {
+    const tav::keys::KeyQueue& queue = tav::keys::TheKeyQueue();
+    bool down[4] = {false, false, false, false};
+    const WORD modifiers[4] = {VK_SHIFT, VK_CONTROL, VK_MENU, VK_LWIN};
+    const wchar_t* modifierNames[4] = {L"Shift", L"Control", L"Alt", L"Windows"};
+    std::wstring text;
+    for (int i = 0; i < queue.Count(); ++i) {
+        WORD code = queue.At(i);
+        std::wstring item;
+        if (code == tav::keys::kBeginHold)
+            item = L"hold begin";
+        else if (code == tav::keys::kEndHold)
+            item = L"hold end";
+        for (int m = 0; m < 4 && item.empty(); ++m)
+            if (code == modifiers[m]) {
+                down[m] = !down[m];
+                item = std::wstring(modifierNames[m]) + (down[m] ? L" down" : L" up");
+            }
+        if (item.empty())
+            item = KeyName(code);
+        text += (text.empty() ? L"" : L", ") + item;
+    }
+    return text;
+}
+
+// The text of the control that has the focus in the foreground window.
+std::wstring FocusedText() {
+    HWND foreground = GetForegroundWindow();
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof(info);
+    if (foreground == nullptr || !GetGUIThreadInfo(GetWindowThreadProcessId(foreground, nullptr), &info))
+        return L"";
+    HWND focus = info.hwndFocus != nullptr ? info.hwndFocus : foreground;
+    std::vector<wchar_t> buffer(65536, L'\0');
+    SendMessageTimeoutW(focus, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(buffer.data()), SMTO_ABORTIFHUNG,
+                        2000, nullptr);
+    return buffer.data();
+}
+
+int RunKeys(const cli::Args& arguments) {
+    cli::Args args = arguments;
+    bool dryRun = cli::TakeFlag(args, L"--dry-run");
+    bool show = cli::TakeFlag(args, L"--show");
+    int delay = 0;
+    if (args.size() >= 2 && args[0] == L"--delay") {
+        delay = cli::ParseInt(args[1], "MS");
+        args.erase(args.begin(), args.begin() + 2);
+    }
+    cli::RequireCount(args, 1, 1);
+    const std::wstring& script = args[0];
+    SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
+    if (dryRun) {
+        cli::OutLine(L"queue (" + std::to_wstring(tav::keys::TheKeyQueue().Count()) + L" entries): " + DescribeQueue());
+        cli::OutLine(ResultLine(parsed));
+        return parsed == SKERR_NONE ? 0 : 1;
+    }
+    if (delay > 0)
+        Sleep(static_cast<DWORD>(delay));
+    SKERR sent = SendKeys(script.c_str());
+    cli::OutLine(ResultLine(sent == SKERR_NONE ? parsed : sent));
+    if (show) {
+        Sleep(300);
+        cli::OutLine(L"the focused window shows: \"" + FocusedText() + L"\"");
+    }
+    return sent == SKERR_NONE && parsed == SKERR_NONE ? 0 : 1;
+}
+
+int RunEscape(const cli::Args& args) {
+    cli::RequireCount(args, 1, 1);
+    CString text(args[0].c_str());
+    SendKeysRemoveSpecialChars(text);
+    cli::OutLine(text.str());
+    return 0;
+}
+
+int RunReleaseAll(const cli::Args& args) {
+    cli::RequireCount(args, 0, 0);
+    // The hold list belongs to this process: a new tavutil holds nothing, so this shows the call only.
+    int held = tav::keys::TheHoldList().Count();
+    SendKeys_ReleaseAll();
+    cli::OutLine(L"released " + std::to_wstring(held) + L" held keys");
+    return 0;
+}
+
+// PNG writing for the screenshot: uncompressed deflate blocks, which every PNG reader accepts.
+uint32_t Crc32(const std::vector<uint8_t>& data, size_t from) {
+    uint32_t crc = 0xFFFFFFFFu;
+    for (size_t i = from; i < data.size(); ++i) {
+        crc ^= data[i];
+        for (int k = 0; k < 8; ++k)
+            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+void PutBig32(std::vector<uint8_t>& out, uint32_t v) {
+    for (int shift = 24; shift >= 0; shift -= 8)
+        out.push_back(static_cast<uint8_t>(v >> shift));
+}
+
+void PutChunk(std::vector<uint8_t>& out, const char* type, const std::vector<uint8_t>& data) {
+    PutBig32(out, static_cast<uint32_t>(data.size()));
+    std::vector<uint8_t> chunk(type, type + 4);
+    chunk.insert(chunk.end(), data.begin(), data.end());
+    out.insert(out.end(), chunk.begin(), chunk.end());
+    PutBig32(out, Crc32(chunk, 0));
+}
+
+std::vector<uint8_t> EncodePng(int width, int height, const std::vector<uint8_t>& rgbRows) {
+    std::vector<uint8_t> png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    std::vector<uint8_t> header;
+    PutBig32(header, static_cast<uint32_t>(width));
+    PutBig32(header, static_cast<uint32_t>(height));
+    header.insert(header.end(), {8, 2, 0, 0, 0});  // 8 bits, RGB
+    PutChunk(png, "IHDR", header);
+    std::vector<uint8_t> z = {0x78, 0x01};
+    uint32_t a = 1, b = 0;
+    for (size_t pos = 0; pos < rgbRows.size() || pos == 0;) {
+        size_t n = std::min<size_t>(65535, rgbRows.size() - pos);
+        bool last = pos + n >= rgbRows.size();
+        z.push_back(last ? 1 : 0);
+        z.insert(z.end(), {static_cast<uint8_t>(n), static_cast<uint8_t>(n >> 8), static_cast<uint8_t>(~n),
+                           static_cast<uint8_t>(~n >> 8)});
+        for (size_t i = pos; i < pos + n; ++i) {
+            z.push_back(rgbRows[i]);
+            a = (a + rgbRows[i]) % 65521;
+            b = (b + a) % 65521;
+        }
+        pos += n;
+        if (last)
+            break;
+    }
+    PutBig32(z, (b << 16) | a);
+    PutChunk(png, "IDAT", z);
+    PutChunk(png, "IEND", {});
+    return png;
+}
+
+int RunScreenshot(const cli::Args& args) {
+    cli::RequireCount(args, 1, 1);
+    int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    HDC screen = GetDC(nullptr);
+    HDC memory = CreateCompatibleDC(screen);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    tav::UniqueGdiObject bitmap(CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    HGDIOBJ old = SelectObject(memory, bitmap.get());
+    BitBlt(memory, 0, 0, width, height, screen, 0, 0, SRCCOPY);
+    GdiFlush();
+    std::vector<uint8_t> rows;
+    rows.reserve(static_cast<size_t>(height) * (width * 3 + 1));
+    const auto* pixels = static_cast<const uint8_t*>(bits);
+    for (int y = 0; y < height; ++y) {
+        rows.push_back(0);  // no filter
+        for (int x = 0; x < width; ++x) {
+            const uint8_t* p = pixels + (static_cast<size_t>(y) * width + x) * 4;
+            rows.insert(rows.end(), {p[2], p[1], p[0]});
+        }
+    }
+    SelectObject(memory, old);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    std::vector<uint8_t> png = EncodePng(width, height, rows);
+    std::ofstream file(args[0].c_str(), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
+    if (!file)
+        throw cli::UsageError("cannot write " + cli::Narrow(args[0]));
+    cli::OutLine(L"saved " + std::to_wstring(width) + L"x" + std::to_wstring(height) + L" screenshot to " + args[0]);
+    return 0;
+}
+
+cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--show] [--dry-run] SCRIPT",
+                            L"type a keystroke script into the focused window (--dry-run: show its key queue)",
+                            &RunKeys}};
+cli::VerbRegistration escape{{L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally",
+                              &RunEscape}};
+cli::VerbRegistration releaseAll{{L"release-all", L"release-all", L"release the keys a held script left pressed",
+                                  &RunReleaseAll}};
+cli::VerbRegistration screenshot{{L"screenshot", L"screenshot FILE.png", L"save the screen as a PNG", &RunScreenshot}};
+
+}  // namespace

@@ -1,0 +1,77 @@
+// SendKeys, the run behind it, and the escaping of literal text.
+#include "keys/SendKeys.h"
+
+#include "keys/PressKeyHelper.h"
+#include "keys/detail/KeysInternal.h"
+
+#include <cwchar>
+
+namespace {
+
+// The clipboard shortcuts go through the press helper, which paces its keys for the target.
+bool PressShortcut(const wchar_t* script) {
+    WORD letter = 0;
+    if (wcscmp(script, L"^C") == 0 || wcscmp(script, L"^c") == 0)
+        letter = 'C';
+    else if (wcscmp(script, L"^V") == 0 || wcscmp(script, L"^v") == 0)
+        letter = 'V';
+    else if (wcscmp(script, L"^X") == 0 || wcscmp(script, L"^x") == 0)
+        letter = 'X';
+    if (letter == 0)
+        return false;
+    PressKeyHelper helper;
+    helper.Press(VK_CONTROL, 0);
+    helper.Press(letter, 0);
+    helper.Press(letter, KEYEVENTF_KEYUP);
+    helper.Press(VK_CONTROL, KEYEVENTF_KEYUP);
+    return true;
+}
+
+}  // namespace
+
+namespace tav::keys {
+
+SKERR RunKeyScript(const wchar_t* script) {
+    if (script == nullptr)
+        script = L"";
+    SKERR commands = detail::CarryOutCommandWords(script);
+    if (commands == SKERR_COMMANDDONE)
+        return SKERR_NONE;
+    if (commands != SKERR_NONE)
+        return commands;
+    if (SKERR e = ParseKeyScript(script))
+        return e;
+    detail::State().inProgress = 0;
+    PlayKeyQueue();
+    return SKERR_NONE;
+}
+
+}  // namespace tav::keys
+
+SKERR SendKeys(const wchar_t* script) {
+    if (SendKeys_InProgress() != 0) {
+        MessageBeep(MB_ICONEXCLAMATION);
+        return SKERR_BUSY;
+    }
+    if (script != nullptr && PressShortcut(script))
+        return SKERR_NONE;
+    // The run's result is not passed on, on purpose: hosts treat every accepted script as sent, and a
+    // script with an error simply types nothing.
+    tav::keys::RunKeyScript(script);
+    return SKERR_NONE;
+}
+
+void SendKeysRemoveSpecialChars(CString& text) {
+    CString escaped;
+    for (int i = 0; i < text.GetLength(); ++i) {
+        wchar_t ch = text.GetAt(i);
+        if (wcschr(L"%()*+[]^{}~", ch) != nullptr && ch != L'\0') {
+            escaped += L'{';
+            escaped += ch;
+            escaped += L'}';
+        } else {
+            escaped += ch;
+        }
+    }
+    text = escaped;
+}

@@ -1,0 +1,106 @@
+// The command words of the script language: window messages and menu commands for the foreground window.
+// They are carried out before the script is parsed, and a script that holds one types nothing.
+#include "keys/detail/KeysInternal.h"
+
+#include <cwchar>
+#include <cwctype>
+
+namespace tav::keys::detail {
+
+namespace {
+
+// A word is copied into a buffer of this size. The command words have at most 12 characters; a longer
+// word is kept only as far as the buffer goes (it cannot match), and reading goes on after its real end.
+constexpr size_t kMaxWord = 31;
+
+// Reads the whitespace-delimited word at `p` (as "%s" would) into `word`; returns the position after it.
+const wchar_t* ReadWord(const wchar_t* p, wchar_t (&word)[kMaxWord + 1]) {
+    while (*p != L'\0' && iswspace(*p))
+        ++p;
+    size_t length = 0;
+    for (; *p != L'\0' && !iswspace(*p); ++p)
+        if (length < kMaxWord)
+            word[length++] = *p;
+    word[length] = L'\0';
+    return p;
+}
+
+bool Is(const wchar_t* word, const wchar_t* command) { return _wcsicmp(word, command) == 0; }
+
+// Opens the window's menu as a click would and chooses item `item` of pop-up `top`.
+SKERR ChooseMenuItem(HWND window, int top, int item) {
+    HMENU menu = GetMenu(window);
+    if (menu == nullptr || !IsMenu(menu))
+        return SKERR_MENUFAILED;
+    SendMessageW(window, WM_INITMENU, reinterpret_cast<WPARAM>(menu), 0);
+    SendMessageW(window, WM_MENUSELECT, static_cast<WPARAM>(static_cast<DWORD>(top) | 0x80900000u),
+                 reinterpret_cast<LPARAM>(menu));
+    HMENU popup = GetSubMenu(menu, top);
+    if (popup == nullptr || !IsMenu(popup))
+        return SKERR_MENUFAILED;
+    SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), top);
+    UINT id = GetMenuItemID(popup, item);
+    if (id == static_cast<UINT>(-1))
+        return SKERR_MENUFAILED;
+    PostMessageW(window, WM_MENUSELECT, (id & 0xFFFF) | 0x80800000u, reinterpret_cast<LPARAM>(popup));
+    PostMessageW(window, WM_MENUSELECT, 0xFFFF0000u, 0);
+    PostMessageW(window, WM_COMMAND, id, 0);
+    return SKERR_COMMANDDONE;
+}
+
+// Carries out the command word at `position`, if there is one there. `number` is the hexadecimal number
+// after the word; it keeps the value of an earlier position when none follows (as it always has).
+SKERR CarryOutWordAt(HWND window, const wchar_t* position, unsigned& number) {
+    wchar_t word[kMaxWord + 1] = L"";
+    const wchar_t* rest = ReadWord(position, word);
+    swscanf(rest, L"%x", &number);
+    if (Is(word, L"{PostCommand")) {
+        PostMessageW(window, WM_COMMAND, number, 0);
+        return SKERR_COMMANDDONE;
+    }
+    if (Is(word, L"{SendCommand")) {
+        SendMessageW(window, WM_COMMAND, number, 0);
+        return SKERR_COMMANDDONE;
+    }
+    if (Is(word, L"{SendMessage") || Is(word, L"{PostMessage")) {
+        // Missing values are 0 (the message itself is the number read above).
+        unsigned message = number, wParam = 0, lParam = 0;
+        swscanf(rest, L"%x %x %x", &message, &wParam, &lParam);
+        if (Is(word, L"{SendMessage"))
+            SendMessageW(window, message, wParam, static_cast<LPARAM>(lParam));
+        else
+            PostMessageW(window, message, wParam, static_cast<LPARAM>(lParam));
+        return SKERR_COMMANDDONE;
+    }
+    if (Is(word, L"{Menu")) {
+        int top = 0, item = 0;  // missing indexes are 0
+        swscanf(rest, L"%d %d", &top, &item);
+        return ChooseMenuItem(window, top, item);
+    }
+    return SKERR_NONE;
+}
+
+}  // namespace
+
+SKERR CarryOutCommandWords(const wchar_t* script) {
+    // The commands go to the foreground window; while there is none (a switch in progress), wait for one.
+    HWND window = GetForegroundWindow();
+    while (window == nullptr) {
+        Sleep(0);
+        window = GetForegroundWindow();
+    }
+    // Every word is tried at the script's start and at every '{', so command words may stand anywhere.
+    SKERR result = SKERR_NONE;
+    unsigned number = 0;
+    for (const wchar_t* position = script; position != nullptr && *position != L'\0';
+         position = wcschr(position + 1, L'{')) {
+        SKERR done = CarryOutWordAt(window, position, number);
+        if (done == SKERR_MENUFAILED)
+            return done;
+        if (done == SKERR_COMMANDDONE)
+            result = done;
+    }
+    return result;
+}
+
+}  // namespace tav::keys::detail
