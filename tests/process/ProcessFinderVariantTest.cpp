@@ -2,6 +2,8 @@
 // the real processes of the Wine session: the test's own window and Wine's notepad in front.
 #include "ProcessTestSupport.h"
 
+#include <TestSupport.h>
+
 #include <TavUtil.h>
 
 #include <gtest/gtest.h>
@@ -171,6 +173,30 @@ TYPED_TEST(ProcessFinderVariant, IsProcessRunningFindsTheTestItself) {
         GTEST_SKIP() << "the test is the first process listed, which the PSAPI search never reads";
     EXPECT_TRUE(finder.IsProcessRunning(self.c_str(), true));
     EXPECT_TRUE(finder.IsProcessRunning(WithoutExtension(self).c_str(), false));
+}
+
+// The PSAPI search walks from one past the last ID down to the second: the first process the system
+// lists is never found by it, while the Toolhelp search finds it.
+TEST(ProcessFinderPsapi, FirstListedProcessIsNeverFound) {
+    const std::vector<DWORD> ids = proctest::ProcessIds();
+    ASSERT_GE(ids.size(), 2u);
+    CProcessFinder2kPlus toolhelp;
+    CStdStr<wchar_t> first;
+    ASSERT_TRUE(toolhelp.GetProcessName(ids.front(), first));
+    // The quirk shows only when no later process has the same name.
+    for (size_t i = 1; i < ids.size(); ++i) {
+        CStdStr<wchar_t> other;
+        if (toolhelp.GetProcessName(ids[i], other)) {
+            ASSERT_FALSE(other.EqualsNoCase(first)) << "another " << tavtest::Narrow(first) << " runs";
+        }
+    }
+    EXPECT_TRUE(toolhelp.IsProcessRunning(first, false));
+    CProcessFinderNT psapi;
+    EXPECT_FALSE(psapi.IsProcessRunning(first)) << tavtest::Narrow(first);
+    // Its name is still readable through PSAPI: only the search skips it.
+    CStdStr<wchar_t> name;
+    EXPECT_TRUE(psapi.GetProcessName(ids.front(), name));
+    EXPECT_EQ(first, name);
 }
 
 }  // namespace
