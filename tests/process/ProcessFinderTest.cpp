@@ -69,9 +69,15 @@ TEST(ProcessFinderChild, DISABLED_FirstCallersFlagWins) {
 }
 
 TEST(ProcessFinderInstance, FirstCallersFlagWins) {
-    for (const wchar_t* first : {L"strip", L"keep"}) {
-        SCOPED_TRACE(tavtest::Narrow(first));
-        tavtest::ChildResult result = tavtest::RunSelfAs({L"", {}, first}, "ProcessFinderChild.DISABLED_FirstCallersFlagWins");
+    // Each implementation in turn, as the system of its generation picks it.
+    const struct {
+        const wchar_t* windowsVersion;
+        const wchar_t* first;
+    } rows[] = {{L"win98", L"strip"}, {L"nt40", L"strip"}, {L"win7", L"strip"}, {L"", L"keep"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(tavtest::Narrow(std::wstring(row.windowsVersion) + L" " + row.first));
+        tavtest::ChildResult result =
+            tavtest::RunSelfAs({row.windowsVersion, {}, row.first}, "ProcessFinderChild.DISABLED_FirstCallersFlagWins");
         EXPECT_TRUE(Passed(result)) << result.output;
     }
 }
