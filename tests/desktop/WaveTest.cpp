@@ -1,0 +1,232 @@
+#include "ImportHook.h"
+
+#include <TavUtil.h>
+
+#include "../support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <mmsystem.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+static_assert(std::has_virtual_destructor<cWave>::value, "cWave is polymorphic");
+
+// What TavUtil.dll asked PlaySoundW to do; the real PlaySoundW still runs.
+struct SoundCall {
+    bool hasSound = false;
+    std::wstring sound;
+    HMODULE module = nullptr;
+    DWORD flags = 0;
+    DWORD lastErrorOnEntry = 0;
+    BOOL result = FALSE;
+};
+std::vector<SoundCall> g_calls;
+desktoptest::ImportHook* g_hook = nullptr;
+
+BOOL WINAPI RecordPlaySound(LPCWSTR sound, HMODULE module, DWORD flags) {
+    SoundCall call;
+    call.lastErrorOnEntry = GetLastError();
+    call.hasSound = sound != nullptr;
+    call.sound = sound ? sound : L"";
+    call.module = module;
+    call.flags = flags;
+    call.result = g_hook->original<decltype(&PlaySoundW)>()(sound, module, flags);
+    g_calls.push_back(call);
+    return call.result;
+}
+
+// A playable sound: 0.1 s of silence, 8 kHz, 8-bit mono.
+std::string SilentWave() {
+    const unsigned samples = 800;
+    std::string bytes;
+    auto put32 = [&](unsigned v) { bytes.append(reinterpret_cast<const char*>(&v), 4); };
+    auto put16 = [&](unsigned short v) { bytes.append(reinterpret_cast<const char*>(&v), 2); };
+    bytes += "RIFF";
+    put32(36 + samples);
+    bytes += "WAVEfmt ";
+    put32(16);
+    put16(1);
+    put16(1);
+    put32(8000);
+    put32(8000);
+    put16(1);
+    put16(8);
+    bytes += "data";
+    put32(samples);
+    bytes.append(samples, '\x80');
+    return bytes;
+}
+
+// Registers sounds for this executable's events under HKCU and removes the whole application key after.
+class WaveTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        appKey_ = L"AppEvents\\Schemes\\Apps\\" + std::wstring(cWave::applicationName());
+        ASSERT_NE(RegDeleteTreeW(HKEY_CURRENT_USER, appKey_.c_str()), ERROR_SUCCESS)
+            << "a sound scheme for the test executable exists before the test";
+        wavePath_ = temp_ / L"chime.wav";
+        ASSERT_TRUE(tavtest::WriteFileBytes(wavePath_, SilentWave()));
+        hook_ = std::make_unique<desktoptest::ImportHook>("winmm.dll", "PlaySoundW",
+                                                          reinterpret_cast<void*>(&RecordPlaySound));
+        ASSERT_TRUE(hook_->installed());
+        g_hook = hook_.get();
+        g_calls.clear();
+        // Failed plays log a warning each; only the test that checks the log keeps it.
+        previousLog_ = OutputToFILE::Stream();
+        OutputToFILE::Stream() = nullptr;
+    }
+    void TearDown() override {
+        OutputToFILE::Stream() = previousLog_;
+        hook_.reset();
+        g_hook = nullptr;
+        RegDeleteTreeW(HKEY_CURRENT_USER, appKey_.c_str());
+        PlaySoundW(nullptr, nullptr, 0);
+    }
+
+    // Creates the event's ".Current" key; with a value pointer, sets its default value.
+    void Register(const std::wstring& event, const std::wstring* value) {
+        HKEY key = nullptr;
+        std::wstring path = appKey_ + L"\\" + event + L"\\.Current";
+        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
+                  ERROR_SUCCESS);
+        if (value)
+            RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value->c_str()),
+                           static_cast<DWORD>((value->size() + 1) * sizeof(wchar_t)));
+        RegCloseKey(key);
+    }
+    void RegisterWave(const std::wstring& event) { Register(event, &wavePath_); }
+
+    tavtest::TempDir temp_{L"tavwave"};
+    std::wstring appKey_;
+    std::wstring wavePath_;
+    std::unique_ptr<desktoptest::ImportHook> hook_;
+    FILE* previousLog_ = nullptr;
+};
+
+TEST_F(WaveTest, ApplicationNameIsTheExecutableName) {
+    std::wstring self = tavtest::SelfPath();
+    std::wstring name = self.substr(self.find_last_of(L'\\') + 1);
+    name.erase(name.rfind(L'.'));
+    EXPECT_EQ(cWave::applicationName(), name);
+}
+
+TEST_F(WaveTest, EachModeChoosesItsFlags) {
+    RegisterWave(L"Chime");
+    struct Row {
+        int mode;
+        DWORD flags;
+    } rows[] = {{cWave::PLAY_SYNC, 0x2082}, {cWave::PLAY_LOOP, 0x208B}, {cWave::PLAY_ASYNC, 0x2083},
+                {3, 0x2083},                {-1, 0x2083},               {100, 0x2083}};
+    for (const Row& row : rows) {
+        g_calls.clear();
+        cWave wave;
+        wave.play(L"Chime", static_cast<cWave::PlayModeEnum>(row.mode));
+        ASSERT_EQ(g_calls.size(), 1u) << "mode " << row.mode;
+        EXPECT_EQ(g_calls[0].flags, row.flags) << "mode " << row.mode;
+        EXPECT_TRUE(g_calls[0].flags & SND_NODEFAULT);
+        EXPECT_EQ(g_calls[0].sound, wavePath_);
+        EXPECT_EQ(g_calls[0].module, nullptr);
+        EXPECT_EQ(g_calls[0].lastErrorOnEntry, 0u);
+    }
+}
+
+TEST_F(WaveTest, ResultIsWhetherPlaySoundSucceeded) {
+    RegisterWave(L"Chime");
+    cWave wave;
+    // Without a sound device a synchronous play fails and an asynchronous one is accepted.
+    EXPECT_EQ(wave.play(L"Chime", cWave::PLAY_SYNC), false);
+    EXPECT_EQ(wave.play(L"Chime", cWave::PLAY_ASYNC), true);
+    ASSERT_EQ(g_calls.size(), 2u);
+    EXPECT_EQ(g_calls[0].result, FALSE);
+    EXPECT_EQ(g_calls[1].result, TRUE);
+}
+
+TEST_F(WaveTest, LoopingPlayLeavesRepeatFlagClearAndNothingIsStopped) {
+    RegisterWave(L"Chime");
+    {
+        cWave wave;
+        EXPECT_TRUE(wave.play(L"Chime", cWave::PLAY_LOOP));
+        EXPECT_FALSE(wave.isRepeating());
+        wave.stopPlay();
+        cWave copy(wave);
+        EXPECT_FALSE(copy.isRepeating());
+    }  // destructors: nothing to stop either
+    ASSERT_EQ(g_calls.size(), 1u);  // only the play itself: no PlaySoundW(NULL) from stopPlay or ~cWave
+    EXPECT_TRUE(g_calls[0].flags & SND_LOOP);
+}
+
+TEST_F(WaveTest, MissingKeyGivesFalseWithoutPlaying) {
+    cWave wave;
+    EXPECT_FALSE(wave.play(L"NoSuchEvent", cWave::PLAY_ASYNC));
+    EXPECT_TRUE(g_calls.empty());
+}
+
+TEST_F(WaveTest, MissingValueGivesFalseWithoutPlaying) {
+    Register(L"NoValue", nullptr);
+    cWave wave;
+    EXPECT_FALSE(wave.play(L"NoValue", cWave::PLAY_ASYNC));
+    EXPECT_TRUE(g_calls.empty());
+}
+
+TEST_F(WaveTest, ValueLongerThanTheBufferGivesFalseWithoutPlaying) {
+    const std::wstring longPath = L"C:\\" + std::wstring(300, L'a') + L".wav";
+    Register(L"TooLong", &longPath);
+    cWave wave;
+    EXPECT_FALSE(wave.play(L"TooLong", cWave::PLAY_ASYNC));
+    EXPECT_TRUE(g_calls.empty());
+}
+
+TEST_F(WaveTest, EventWithoutRegisteredSoundGivesFalseAndNoDefaultSound) {
+    const std::wstring none;
+    Register(L"Silent", &none);
+    for (cWave::PlayModeEnum mode : {cWave::PLAY_SYNC, cWave::PLAY_ASYNC, cWave::PLAY_LOOP}) {
+        cWave wave;
+        EXPECT_FALSE(wave.play(L"Silent", mode)) << "mode " << mode;
+    }
+    EXPECT_TRUE(g_calls.empty());  // no sound at all was asked for, the default one neither
+}
+
+TEST_F(WaveTest, MissingFileGivesFalse) {
+    const std::wstring missing = temp_ / L"missing.wav";
+    Register(L"Gone", &missing);
+    cWave wave;
+    EXPECT_FALSE(wave.play(L"Gone", cWave::PLAY_SYNC));
+}
+
+TEST_F(WaveTest, FailedPlayIsLoggedAtWarning) {
+    RegisterWave(L"Chime");
+    const std::wstring logPath = temp_ / L"log.txt";
+    FILE* log = _wfopen(logPath.c_str(), L"wb");
+    ASSERT_NE(log, nullptr);
+    OutputToFILE::Stream() = log;
+    cWave wave;
+    const bool played = wave.play(L"Chime", cWave::PLAY_SYNC);
+    OutputToFILE::Stream() = nullptr;
+    fclose(log);
+    ASSERT_FALSE(played);
+
+    std::ifstream in(tavtest::Narrow(logPath), std::ios::binary);
+    std::stringstream raw;
+    raw << in.rdbuf();
+    // The log stream writes UTF-16 units to a binary file; the record here is plain ASCII.
+    std::string bytes = raw.str();
+    std::stringstream text;
+    for (char c : bytes)
+        if (c != '\0')
+            text << c;
+    const std::string expected = "cWave-Error opening WAVE file from Registry: " +
+                                 tavtest::Narrow(appKey_) + "\\Chime\\.Current\nFile: " +
+                                 tavtest::Narrow(wavePath_);
+    EXPECT_NE(text.str().find("level=\"WARNING\""), std::string::npos) << text.str();
+    EXPECT_NE(text.str().find(expected), std::string::npos) << text.str();
+}
+
+}  // namespace

@@ -1,0 +1,75 @@
+#include "desktop/Clipboard.h"
+
+#include "platform/Handles.h"
+
+#include <cstring>
+
+Clipboard::Clipboard(bool, HWND) {}
+
+Clipboard::~Clipboard() = default;
+
+bool Clipboard::isFormatAvailable(unsigned int format) { return IsClipboardFormatAvailable(format) == 1; }
+
+ClipboardBase::ClipboardBase() : ClipboardBase(true, nullptr) {}
+
+ClipboardBase::ClipboardBase(bool openNow, HWND owner) : Clipboard(openNow, owner) {
+    if (openNow)
+        m_open = OpenClipboard(owner) != FALSE;
+}
+
+ClipboardBase::~ClipboardBase() {
+    if (m_open)
+        CloseClipboard();
+}
+
+void ClipboardBase::open(HWND owner) {
+    if (OpenClipboard(owner))
+        m_open = true;
+}
+
+void ClipboardBase::close() {
+    CloseClipboard();
+    m_open = false;
+}
+
+void ClipboardBase::empty() { EmptyClipboard(); }
+
+bool ClipboardBase::isOpen() const { return m_open; }
+
+ClassicClipboard::ClassicClipboard() : ClipboardBase() {}
+
+ClassicClipboard::ClassicClipboard(bool openNow, HWND owner) : ClipboardBase(openNow, owner) {}
+
+ClassicClipboard::~ClassicClipboard() = default;
+
+CStdStr<wchar_t> ClassicClipboard::getText(unsigned int /*format*/) {
+    CStdStr<wchar_t> text;
+    HANDLE data = GetClipboardData(CF_UNICODETEXT);
+    if (data == nullptr)
+        return text;
+    if (const auto* locked = static_cast<const wchar_t*>(GlobalLock(data))) {
+        // The block may hold no terminator if another program wrote it carelessly: stop at its end.
+        size_t units = GlobalSize(data) / sizeof(wchar_t);
+        text.assign(locked, wcsnlen(locked, units));
+        GlobalUnlock(data);
+    }
+    return text;
+}
+
+bool ClassicClipboard::setText(CStdStr<wchar_t> text, unsigned int format) {
+    empty();
+    const size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+    // The block is ours until SetClipboardData accepts it; on every failure it is freed here.
+    tav::UniqueGlobal block(GlobalAlloc(GMEM_MOVEABLE, bytes));
+    if (!block)
+        return false;
+    void* locked = GlobalLock(block.get());
+    if (locked == nullptr)
+        return false;
+    std::memcpy(locked, text.c_str(), bytes);
+    GlobalUnlock(block.get());
+    if (SetClipboardData(format, block.get()) == nullptr)
+        return false;
+    block.release();  // the clipboard owns it now
+    return true;
+}
