@@ -1,7 +1,7 @@
 #include "process/ProcessFinder.h"
 
 #include "platform/MessagePump.h"
-#include "process/detail/ProcessNames.h"
+#include "files/FileName.h"
 
 std::unique_ptr<CProcessFinder> CProcessFinder::s_pInstance;
 
@@ -58,7 +58,7 @@ DWORD CProcessFinder::OwnerProcessId(__int64 window) {
 
 void CProcessFinder::StripExtensionIfAsked(CStdStr<wchar_t>& text) const {
     if (m_stripExtension)
-        tav::process::TrimExtension(text);
+        CFileName::StripExtension(text);
 }
 
 CStdStr<wchar_t> CProcessFinder::GetForegroundProcessName(__int64 window) {

@@ -1,6 +1,7 @@
 // The Toolhelp implementations: CProcessFinder95 (Windows 95, 98, Me) and CProcessFinder2kPlus.
 #include "process/ProcessFinder.h"
 
+#include "files/FileName.h"
 #include "platform/Handles.h"
 #include "process/detail/ProcessNames.h"
 
@@ -57,7 +58,7 @@ bool CProcessFinder95::GetProcessName(DWORD pid, CStdStr<wchar_t>& name) {
     name.clear();
     if (!GetProcessFullName(pid, name))
         return false;
-    tav::process::TrimPath(name);
+    CFileName::StripPath(name);
     return !name.empty();
 }
 
@@ -112,7 +113,7 @@ bool CProcessFinder95::IsProcessRunning(const CStdStr<wchar_t>& name, bool conso
         return false;
     do {
         CStdStr<wchar_t> exe = entry->szExeFile;
-        tav::process::TrimPath(exe);
+        CFileName::StripPath(exe);
         if (_wcsicmp(exe.c_str(), wanted.c_str()) == 0) {
             if (!consoleSessionOnly || IsInConsoleSession(entry->th32ProcessID))
                 return true;
