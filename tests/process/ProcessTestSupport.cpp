@@ -1,0 +1,147 @@
+#include "ProcessTestSupport.h"
+
+#include <psapi.h>
+#include <tlhelp32.h>
+
+namespace proctest {
+
+namespace {
+
+LRESULT CALLBACK TestWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+const wchar_t* RegisterTestWindowClass() {
+    static const wchar_t* name = [] {
+        WNDCLASSW wc{};
+        wc.lpfnWndProc = TestWindowProc;
+        wc.hInstance = GetModuleHandleW(nullptr);
+        wc.lpszClassName = L"TavProcessTestWindow";
+        RegisterClassW(&wc);
+        return wc.lpszClassName;
+    }();
+    return name;
+}
+
+struct WindowSearch {
+    DWORD pid;
+    const wchar_t* windowClass;
+    HWND found;
+};
+
+BOOL CALLBACK FindProcessWindow(HWND window, LPARAM param) {
+    auto* search = reinterpret_cast<WindowSearch*>(param);
+    DWORD pid = 0;
+    GetWindowThreadProcessId(window, &pid);
+    wchar_t name[256] = {};
+    GetClassNameW(window, name, 256);
+    if (pid == search->pid && IsWindowVisible(window) && lstrcmpiW(name, search->windowClass) == 0) {
+        search->found = window;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+void PumpFor(DWORD ms) {
+    DWORD start = GetTickCount();
+    do {
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+        Sleep(1);
+    } while (GetTickCount() - start < ms);
+}
+
+bool BringToFront(HWND window) {
+    return WaitUntil([window] {
+        if (GetForegroundWindow() != window)
+            SetForegroundWindow(window);
+        return GetForegroundWindow() == window;
+    });
+}
+
+TestWindow::TestWindow() {
+    window_ = CreateWindowExW(0, RegisterTestWindowClass(), L"process test window", WS_OVERLAPPEDWINDOW, 20, 20,
+                              320, 200, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    ShowWindow(window_, SW_SHOW);
+    PumpFor(20);
+}
+
+TestWindow::~TestWindow() {
+    if (window_ != nullptr)
+        DestroyWindow(window_);
+    PumpFor(20);
+}
+
+StartedProgram::StartedProgram(const std::wstring& application, const std::wstring& commandLine) {
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION info{};
+    std::wstring mutableLine = commandLine;
+    if (!CreateProcessW(application.empty() ? nullptr : application.c_str(), mutableLine.data(), nullptr, nullptr,
+                        FALSE, 0, nullptr, nullptr, &startup, &info))
+        return;
+    process_.reset(info.hProcess);
+    CloseHandle(info.hThread);
+    pid_ = info.dwProcessId;
+    WaitForInputIdle(process_.get(), 5000);
+}
+
+StartedProgram::~StartedProgram() {
+    if (process_ && WaitForSingleObject(process_.get(), 0) != WAIT_OBJECT_0) {
+        TerminateProcess(process_.get(), 0);
+        WaitForSingleObject(process_.get(), 5000);
+    }
+}
+
+HWND StartedProgram::WaitForWindow(const wchar_t* windowClass, DWORD timeoutMs) const {
+    WindowSearch search{pid_, windowClass, nullptr};
+    WaitUntil(
+        [&] {
+            EnumWindows(FindProcessWindow, reinterpret_cast<LPARAM>(&search));
+            return search.found != nullptr;
+        },
+        timeoutMs);
+    return search.found;
+}
+
+std::wstring ImagePath(DWORD pid) {
+    tav::UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, pid));
+    if (!process)
+        return {};
+    wchar_t buffer[MAX_PATH * 4];
+    DWORD size = static_cast<DWORD>(std::size(buffer));
+    if (!QueryFullProcessImageNameW(process.get(), 0, buffer, &size))
+        return {};
+    return std::wstring(buffer, size);
+}
+
+std::wstring FileNameOf(const std::wstring& path) { return path.substr(path.find_last_of(L'\\') + 1); }
+
+std::vector<std::wstring> ModuleNamesOf(DWORD pid) {
+    std::vector<std::wstring> names;
+    tav::UniqueSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, pid));
+    MODULEENTRY32W entry{};
+    entry.dwSize = sizeof(entry);
+    if (!snapshot || !Module32FirstW(snapshot.get(), &entry))
+        return names;
+    do {
+        names.push_back(entry.szModule);
+    } while (Module32NextW(snapshot.get(), &entry));
+    return names;
+}
+
+std::vector<DWORD> ProcessIds() {
+    std::vector<DWORD> ids(4096);
+    DWORD bytes = 0;
+    if (!K32EnumProcesses(ids.data(), static_cast<DWORD>(ids.size() * sizeof(DWORD)), &bytes))
+        return {};
+    ids.resize(bytes / sizeof(DWORD));
+    return ids;
+}
+
+}  // namespace proctest
