@@ -1,0 +1,301 @@
+// CVerInfo on version resources built for these tests (verfix_*.dll beside the test executable) and on
+// a file no one here wrote: Wine's own kernel32.dll, checked against raw VerQueryValueW reads.
+#include <TavUtil.h>
+
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using Str = CStdStr<wchar_t>;
+
+std::wstring Fixture(const wchar_t* name) {
+    return tavtest::BinDir() + L"\\verfix_" + name + L".dll";
+}
+
+// Exposes the protected string lookup so that sub-paths outside VERFIELD can be read.
+class ProbeVerInfo : public CVerInfo {
+public:
+    using CVerInfo::CVerInfo;
+    using CVerInfo::GetStringValue;
+};
+
+struct Expected {
+    VERFIELD field;
+    const wchar_t* text; // null: the resource lacks the field
+};
+
+void ExpectFields(CVerInfo& info, const std::vector<Expected>& rows) {
+    for (const Expected& row : rows) {
+        Str out = L"stale";
+        int found = info.GetField(row.field, out);
+        if (row.text) {
+            EXPECT_EQ(found, 1) << "field " << row.field;
+            EXPECT_EQ(out, row.text) << "field " << row.field;
+        } else {
+            EXPECT_EQ(found, 0) << "field " << row.field;
+            EXPECT_TRUE(out.empty()) << "field " << row.field;
+        }
+    }
+}
+
+TEST(VerInfo, FieldNamesAndTheirRange) {
+    const wchar_t* names[] = {L"File Version Number", L"Product Version Number", L"Comments",
+                              L"Company Name",        L"File Description",       L"File Version",
+                              L"Internal Name",       L"Legal Copyright",        L"Legal Trademarks",
+                              L"Original Filename",   L"Private Build",          L"Product Name",
+                              L"Product Version",     L"Special Build",          L"ProductBuildNumber"};
+    for (int i = 0; i < 15; ++i) {
+        Str out = L"stale";
+        EXPECT_EQ(CVerInfo::GetFieldName(static_cast<VERFIELD>(i), out), 1) << i;
+        EXPECT_EQ(out, names[i]) << i;
+    }
+    Str out = L"stale";
+    EXPECT_EQ(CVerInfo::GetFieldName(static_cast<VERFIELD>(15), out), 0);
+    EXPECT_TRUE(out.empty());
+    out = L"stale";
+    EXPECT_EQ(CVerInfo::GetFieldName(static_cast<VERFIELD>(-1), out), 0); // compared unsigned
+    EXPECT_TRUE(out.empty());
+}
+
+TEST(VerInfo, EveryFieldWithATranslationTable) {
+    CVerInfo info(Fixture(L"translation").c_str());
+    EXPECT_STREQ(info.GetLanguageCode(), L"0407");
+    EXPECT_STREQ(info.GetKbdCodePage(), L"04b0"); // lower-case digits from the table
+    EXPECT_EQ(info.GetFileName(), Fixture(L"translation"));
+    ExpectFields(info, {{VF_FileVersionNumber, L"1.2.3.4"},
+                        {VF_ProductVersionNumber, L"5.6.7.8"},
+                        {VF_Comments, L"Fixture comments"},
+                        {VF_CompanyName, L"Fixture Company"},
+                        {VF_FileDescription, L"Fixture with a translation table"},
+                        {VF_FileVersion, L"1.2.3.4"},
+                        {VF_InternalName, L"translation"},
+                        {VF_LegalCopyright, L"Copyright fixture"},
+                        {VF_LegalTrademarks, L"Trademark fixture"},
+                        {VF_OriginalFilename, L"verfix_translation.dll"},
+                        {VF_PrivateBuild, L"private fixture"},
+                        {VF_ProductName, L"Fixture Product"},
+                        {VF_ProductVersion, L"5.6.7.8"},
+                        {VF_SpecialBuild, L"special fixture"},
+                        {VF_ProductBuildNumber, L"9001"}});
+    Str out = L"stale";
+    EXPECT_EQ(info.GetField(static_cast<VERFIELD>(15), out), 0);
+    EXPECT_TRUE(out.empty());
+}
+
+TEST(VerInfo, FixedVersionsAsNumbersKeepFixThenBuild) {
+    CVerInfo info(Fixture(L"translation").c_str());
+    CVerNum file, product;
+    ASSERT_EQ(info.GetFileVersionNum(&file), 1);
+    ASSERT_EQ(info.GetProductVersionNum(&product), 1);
+    EXPECT_EQ(file.IsValid(), 1);
+    EXPECT_EQ(file.GetMajor(), 1);
+    EXPECT_EQ(file.GetMinor(), 2);
+    EXPECT_EQ(file.GetFix(), 3);
+    EXPECT_EQ(file.GetBuild(), 4);
+    EXPECT_EQ(product.Compare(CVerNum(5, 6, 7, 8)), CVerNum::VERNUM_EQUAL);
+}
+
+TEST(VerInfo, WithoutVarFileInfoTheFallbacksAreUsed) {
+    CVerInfo info(Fixture(L"novarfileinfo").c_str());
+    EXPECT_STREQ(info.GetLanguageCode(), L"0409");
+    EXPECT_STREQ(info.GetKbdCodePage(), L"04E4"); // upper-case E, unlike codes read from a table
+    ExpectFields(info, {{VF_FileVersionNumber, L"2.0.0.1"},
+                        {VF_ProductVersionNumber, L"2.0.0.0"},
+                        {VF_Comments, nullptr},
+                        {VF_CompanyName, L"Fallback Company"},
+                        {VF_FileDescription, nullptr},
+                        {VF_FileVersion, nullptr},
+                        {VF_InternalName, nullptr},
+                        {VF_LegalCopyright, nullptr},
+                        {VF_LegalTrademarks, nullptr},
+                        {VF_OriginalFilename, nullptr},
+                        {VF_PrivateBuild, nullptr},
+                        {VF_ProductName, L"Fallback Product"},
+                        {VF_ProductVersion, nullptr},
+                        {VF_SpecialBuild, nullptr},
+                        {VF_ProductBuildNumber, nullptr}});
+}
+
+TEST(VerInfo, ATableOfTwoTranslationsAlsoFallsBack) {
+    CVerInfo info(Fixture(L"twotranslations").c_str());
+    EXPECT_STREQ(info.GetLanguageCode(), L"0409");
+    EXPECT_STREQ(info.GetKbdCodePage(), L"04E4");
+    ExpectFields(info, {{VF_FileVersionNumber, L"3.0.0.0"}, {VF_CompanyName, L"English Company"}});
+}
+
+TEST(VerInfo, TrailingWhiteSpaceIsRemoved) {
+    CVerInfo info(Fixture(L"blanks").c_str());
+    EXPECT_STREQ(info.GetLanguageCode(), L"0409");
+    EXPECT_STREQ(info.GetKbdCodePage(), L"04b0");
+    ExpectFields(info, {{VF_CompanyName, L"Blank Company"},
+                        {VF_ProductName, L"Tabbed Product"},
+                        {VF_Comments, L"Two lines"},
+                        {VF_FileDescription, L"  Leading blanks stay"},
+                        {VF_LegalTrademarks, L""},
+                        {VF_FileVersion, nullptr}});
+}
+
+TEST(VerInfo, TheSuitesProductBuildNumber) {
+    CVerInfo info(Fixture(L"buildnumber").c_str());
+    EXPECT_STREQ(info.GetLanguageCode(), L"0409");
+    EXPECT_STREQ(info.GetKbdCodePage(), L"04e4");
+    ExpectFields(info, {{VF_FileVersionNumber, L"6.20.1234.0"},
+                        {VF_ProductVersionNumber, L"6.20.0.0"},
+                        {VF_CompanyName, L"Velmorax"},
+                        {VF_ProductName, L"Trimdial"},
+                        {VF_ProductVersion, L"6.20"},
+                        {VF_ProductBuildNumber, L"1234"},
+                        {VF_Comments, nullptr},
+                        {VF_SpecialBuild, nullptr}});
+    CVerNum file;
+    ASSERT_EQ(info.GetFileVersionNum(&file), 1);
+    EXPECT_EQ(file.GetFix(), 1234);
+    EXPECT_EQ(file.GetBuild(), 0);
+}
+
+void ExpectEmpty(CVerInfo& info) {
+    for (int i = 0; i <= 15; ++i) {
+        Str out = L"stale";
+        EXPECT_EQ(info.GetField(static_cast<VERFIELD>(i), out), 0) << i;
+        EXPECT_TRUE(out.empty()) << i;
+    }
+    CVerNum number(1, 1, 1, 1);
+    EXPECT_EQ(info.GetFileVersionNum(&number), 0);
+    EXPECT_EQ(info.GetProductVersionNum(&number), 0);
+    EXPECT_EQ(number.Compare(CVerNum(1, 1, 1, 1)), CVerNum::VERNUM_EQUAL); // untouched
+}
+
+TEST(VerInfo, AFileWithoutVersionResourceLeavesTheObjectEmpty) {
+    ProbeVerInfo info;
+    EXPECT_EQ(info.Init(Fixture(L"none").c_str()), 0);
+    EXPECT_EQ(info.GetFileName(), Fixture(L"none"));
+    EXPECT_STREQ(info.GetLanguageCode(), L"");
+    EXPECT_STREQ(info.GetKbdCodePage(), L"");
+    ExpectEmpty(info);
+    Str out = L"untouched";
+    EXPECT_EQ(info.GetStringValue(L"\\CompanyName", out), 0);
+    EXPECT_EQ(out, L"untouched"); // with nothing loaded the output is left as it was
+}
+
+TEST(VerInfo, AMissingFileAndAnEmptyObject) {
+    CVerInfo missing((tavtest::BinDir() + L"\\no-such-file.dll").c_str());
+    ExpectEmpty(missing);
+    CVerInfo empty;
+    ExpectEmpty(empty);
+    EXPECT_TRUE(empty.GetFileName().empty());
+}
+
+TEST(VerInfo, StringValueOutsideTheFieldList) {
+    ProbeVerInfo info(Fixture(L"translation").c_str());
+    Str out;
+    EXPECT_EQ(info.GetStringValue(L"\\InternalName", out), 1);
+    EXPECT_EQ(out, L"translation");
+    out = L"stale";
+    EXPECT_EQ(info.GetStringValue(L"\\NoSuchString", out), 0);
+    EXPECT_TRUE(out.empty());
+}
+
+TEST(VerInfo, CopiesShareTheLoadedBlock) {
+    Str company;
+    CVerInfo copy;
+    {
+        CVerInfo original(Fixture(L"translation").c_str());
+        CVerInfo constructed(original);
+        copy = constructed;
+        ASSERT_EQ(constructed.GetField(VF_CompanyName, company), 1);
+    } // the originals are gone; the block lives on in the copy
+    Str out;
+    EXPECT_EQ(copy.GetField(VF_CompanyName, out), 1);
+    EXPECT_EQ(out, company);
+    EXPECT_STREQ(copy.GetLanguageCode(), L"0407");
+    EXPECT_EQ(copy.GetFileName(), Fixture(L"translation"));
+
+    // Assignment releases the target's own block and takes the source's.
+    CVerInfo other(Fixture(L"buildnumber").c_str());
+    other = copy;
+    EXPECT_EQ(other.GetField(VF_ProductBuildNumber, out), 1);
+    EXPECT_EQ(out, L"9001");
+    other = other;
+    EXPECT_EQ(other.GetField(VF_CompanyName, out), 1);
+    EXPECT_EQ(out, company);
+    other = CVerInfo();
+    EXPECT_EQ(other.GetField(VF_CompanyName, out), 0);
+    EXPECT_EQ(copy.GetField(VF_CompanyName, out), 1);
+}
+
+// Reads what a raw VerQueryValueW gives for one string, trailing white space dropped; false when absent.
+bool RawString(const std::vector<BYTE>& block, const std::wstring& query, std::wstring& text) {
+    void* value = nullptr;
+    UINT length = 0;
+    if (!VerQueryValueW(block.data(), query.c_str(), &value, &length))
+        return false;
+    text = static_cast<const wchar_t*>(value);
+    while (!text.empty() && iswspace(text.back()))
+        text.pop_back();
+    return true;
+}
+
+TEST(VerInfo, WinesKernel32MatchesRawQueries) {
+    const wchar_t* path = L"C:\\windows\\system32\\kernel32.dll";
+    DWORD size = GetFileVersionInfoSizeW(path, nullptr);
+    ASSERT_GT(size, 0u);
+    std::vector<BYTE> block(size);
+    ASSERT_TRUE(GetFileVersionInfoW(path, 0, size, block.data()));
+    WORD* translation = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation",
+                               reinterpret_cast<void**>(&translation), &length));
+    ASSERT_EQ(length, 4u);
+    wchar_t language[8], codePage[8];
+    swprintf(language, 8, L"%04x", translation[0]);
+    swprintf(codePage, 8, L"%04x", translation[1]);
+
+    CVerInfo info(path);
+    EXPECT_STREQ(info.GetLanguageCode(), language);
+    EXPECT_STREQ(info.GetKbdCodePage(), codePage);
+
+    std::wstring prefix = std::wstring(L"\\StringFileInfo\\") + language + codePage + L"\\";
+    const wchar_t* keys[] = {L"Comments",          L"CompanyName",    L"FileDescription", L"FileVersion",
+                             L"InternalName",      L"LegalCopyright", L"LegalTrademarks", L"OriginalFilename",
+                             L"PrivateBuild",      L"ProductName",    L"ProductVersion",  L"SpecialBuild",
+                             L"ProductBuildNumber"};
+    int present = 0;
+    for (int i = 0; i < 13; ++i) {
+        std::wstring raw;
+        bool found = RawString(block, prefix + keys[i], raw);
+        present += found;
+        Str out = L"stale";
+        EXPECT_EQ(info.GetField(static_cast<VERFIELD>(i + 2), out), found ? 1 : 0)
+            << tavtest::Narrow(keys[i]);
+        EXPECT_EQ(out, found ? raw : std::wstring()) << tavtest::Narrow(keys[i]);
+    }
+    EXPECT_GE(present, 3); // at least company, description and version are there to compare
+
+    VS_FIXEDFILEINFO* fixed = nullptr;
+    ASSERT_TRUE(VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&fixed), &length));
+    wchar_t fileText[64], productText[64];
+    swprintf(fileText, 64, L"%u.%u.%u.%u", HIWORD(fixed->dwFileVersionMS), LOWORD(fixed->dwFileVersionMS),
+             HIWORD(fixed->dwFileVersionLS), LOWORD(fixed->dwFileVersionLS));
+    swprintf(productText, 64, L"%u.%u.%u.%u", HIWORD(fixed->dwProductVersionMS),
+             LOWORD(fixed->dwProductVersionMS), HIWORD(fixed->dwProductVersionLS),
+             LOWORD(fixed->dwProductVersionLS));
+    ExpectFields(info, {{VF_FileVersionNumber, fileText}, {VF_ProductVersionNumber, productText}});
+
+    CVerNum file;
+    ASSERT_EQ(info.GetFileVersionNum(&file), 1);
+    EXPECT_EQ(file.GetMajor(), HIWORD(fixed->dwFileVersionMS));
+    EXPECT_EQ(file.GetMinor(), LOWORD(fixed->dwFileVersionMS));
+    EXPECT_EQ(file.GetFix(), HIWORD(fixed->dwFileVersionLS));
+    EXPECT_EQ(file.GetBuild(), LOWORD(fixed->dwFileVersionLS));
+    CVerNum product;
+    ASSERT_EQ(info.GetProductVersionNum(&product), 1);
+    EXPECT_EQ(product.GetMajor(), HIWORD(fixed->dwProductVersionMS));
+    EXPECT_EQ(product.GetBuild(), LOWORD(fixed->dwProductVersionLS));
+}
+
+} // namespace

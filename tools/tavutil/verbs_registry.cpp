@@ -1,0 +1,159 @@
+// Verbs of the registry area: read a value or list subkeys through CRegistry's read-only open (native view,
+// then the 32-bit view), and write a string value through CRegistry.
+#include "Cli.h"
+
+#include <TavUtil.h>
+
+#include <cwchar>
+
+namespace {
+
+struct Root {
+    const wchar_t* shortName;
+    const wchar_t* longName;
+    HKEY key;
+};
+
+const Root kRoots[] = {
+    {L"HKLM", L"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
+    {L"HKCU", L"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
+    {L"HKCR", L"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT},
+    {L"HKU", L"HKEY_USERS", HKEY_USERS},
+};
+
+struct KeyPath {
+    HKEY root;
+    std::wstring path;  // below the root; may be empty
+};
+
+// "HKLM\SOFTWARE\x" (or the long root name) into root and path.
+KeyPath ParseKey(const std::wstring& text) {
+    std::wstring head = text.substr(0, text.find(L'\\'));
+    std::wstring rest = head.size() < text.size() ? text.substr(head.size() + 1) : std::wstring();
+    for (const Root& root : kRoots)
+        if (_wcsicmp(head.c_str(), root.shortName) == 0 || _wcsicmp(head.c_str(), root.longName) == 0)
+            return {root.key, rest};
+    throw cli::UsageError("KEY must start with HKLM\\, HKCU\\, HKCR\\ or HKU\\, not '" + cli::Narrow(text) + "'");
+}
+
+std::wstring StatusText(long status) {
+    wchar_t* text = nullptr;
+    DWORD length = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
+                                      FORMAT_MESSAGE_IGNORE_INSERTS,
+                                  nullptr, static_cast<DWORD>(status), 0, reinterpret_cast<wchar_t*>(&text), 0,
+                                  nullptr);
+    std::wstring message = length ? std::wstring(text, length) : std::wstring();
+    LocalFree(text);
+    while (!message.empty() && (message.back() == L'\n' || message.back() == L'\r' || message.back() == L'.'))
+        message.pop_back();
+    return L"Windows status " + std::to_wstring(status) + (message.empty() ? L"" : L" (" + message + L")");
+}
+
+int Failure(const std::wstring& what, long status) {
+    cli::Err(L"tavutil: " + what + L": " + StatusText(status) + L"\n");
+    return 1;
+}
+
+std::wstring TypeName(unsigned long type) {
+    switch (type) {
+    case REG_NONE: return L"REG_NONE";
+    case REG_SZ: return L"REG_SZ";
+    case REG_EXPAND_SZ: return L"REG_EXPAND_SZ";
+    case REG_BINARY: return L"REG_BINARY";
+    case REG_DWORD: return L"REG_DWORD";
+    case REG_DWORD_BIG_ENDIAN: return L"REG_DWORD_BIG_ENDIAN";
+    case REG_LINK: return L"REG_LINK";
+    case REG_MULTI_SZ: return L"REG_MULTI_SZ";
+    case REG_QWORD: return L"REG_QWORD";
+    default: return L"type " + std::to_wstring(type);
+    }
+}
+
+std::wstring HexBytes(const std::vector<unsigned char>& data) {
+    std::wstring text;
+    wchar_t piece[4];
+    for (unsigned char byte : data) {
+        swprintf(piece, 4, L"%02x", byte);
+        text += (text.empty() ? L"" : L" ") + std::wstring(piece);
+    }
+    return text;
+}
+
+int ReadValue(CRegistry& key, const std::wstring& keyText, const std::wstring& name) {
+    const std::wstring shownName = name.empty() ? L"(default)" : name;
+    unsigned long type = REG_NONE, size = 0;
+    long status = key.QueryValueEx(name.c_str(), &type, nullptr, &size);
+    if (status != ERROR_SUCCESS)
+        return Failure(L"cannot read value " + shownName + L" of " + keyText, status);
+    if (type == REG_SZ || type == REG_EXPAND_SZ) {
+        CStdStr<wchar_t> text;
+        if (key.ReadStringValue(name.c_str(), text) != 0)
+            return Failure(L"cannot read value " + shownName + L" of " + keyText, ERROR_INVALID_DATA);
+        cli::OutLine(text);
+        return 0;
+    }
+    std::vector<unsigned char> data(size);
+    status = key.QueryValueEx(name.c_str(), &type, data.data(), &size);
+    if (status != ERROR_SUCCESS)
+        return Failure(L"cannot read value " + shownName + L" of " + keyText, status);
+    data.resize(size);
+    std::wstring line = TypeName(type) + L", " + std::to_wstring(size) + L" bytes: " + HexBytes(data);
+    if (type == REG_DWORD && size == 4)
+        line += L" (" + std::to_wstring(*reinterpret_cast<const DWORD*>(data.data())) + L")";
+    cli::OutLine(line);
+    return 0;
+}
+
+int RunRead(const cli::Args& args) {
+    cli::RequireCount(args, 1, 2);
+    KeyPath key = ParseKey(args[0]);
+    CRegistry reg;
+    long status = reg.OpenKey(key.root, key.path.c_str(), true);
+    if (status != ERROR_SUCCESS)
+        return Failure(L"cannot open key " + args[0], status);
+    return ReadValue(reg, args[0], args.size() > 1 ? args[1] : std::wstring());
+}
+
+int RunList(const cli::Args& args) {
+    cli::RequireCount(args, 1, 1);
+    KeyPath key = ParseKey(args[0]);
+    CRegistry reg;
+    long status = reg.OpenKey(key.root, key.path.c_str(), true);
+    if (status != ERROR_SUCCESS)
+        return Failure(L"cannot open key " + args[0], status);
+    for (const wchar_t* name = reg.GetFirstSubkey(); name != nullptr; name = reg.GetNextSubkey())
+        cli::OutLine(name);
+    return 0;
+}
+
+int RunWrite(const cli::Args& args) {
+    cli::RequireCount(args, 3, 3);
+    KeyPath key = ParseKey(args[0]);
+    CRegistry reg;
+    long status = reg.OpenKey(key.root, key.path.c_str(), false);
+    if (status != ERROR_SUCCESS)
+        return Failure(L"cannot open or create key " + args[0], status);
+    status = reg.WriteStringValue(args[1].c_str(), CStdStr<wchar_t>(args[2]));
+    if (status != ERROR_SUCCESS)
+        return Failure(L"cannot write value " + args[1] + L" of " + args[0], status);
+    return 0;
+}
+
+int RunReg(const cli::Args& args) {
+    if (args.empty())
+        throw cli::UsageError("missing sub-command");
+    const cli::Args rest(args.begin() + 1, args.end());
+    if (args[0] == L"read")
+        return RunRead(rest);
+    if (args[0] == L"list")
+        return RunList(rest);
+    if (args[0] == L"write")
+        return RunWrite(rest);
+    throw cli::UsageError("unknown sub-command '" + cli::Narrow(args[0]) + "'");
+}
+
+cli::VerbRegistration reg{{L"reg", L"reg read KEY [VALUE] | list KEY | write KEY VALUE TEXT",
+                           L"read a value, list subkeys, write a string",
+                           &RunReg}};
+
+}  // namespace
