@@ -1,0 +1,161 @@
+#include "ComFixtures.h"
+
+#include <atomic>
+
+namespace comtest {
+
+CLSID ToClsid(const wchar_t* text) {
+    CLSID clsid = CLSID_NULL;
+    CLSIDFromString(text, &clsid);
+    return clsid;
+}
+
+std::wstring Lower(std::wstring text) {
+    for (wchar_t& ch : text)
+        ch = static_cast<wchar_t>(towlower(ch));
+    return text;
+}
+
+CComPtr<TestDispatch> MakeObject(const wchar_t* name, bool offersDispatch) {
+    CComPtr<TestDispatch> object;
+    object.Attach(new TestDispatch(name, offersDispatch));
+    return object;
+}
+
+std::wstring NameOf(IUnknown* object) {
+    CComQIPtr<IDispatch> dispatch(object);
+    return ComUtils::GetPropW(dispatch, L"Name");
+}
+
+ProgIdRegistration::ProgIdRegistration(const wchar_t* progId, const wchar_t* clsid)
+    : key_(std::wstring(L"Software\\Classes\\") + progId) {
+    std::wstring value = clsid;
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, (key_ + L"\\CLSID").c_str(), nullptr, REG_SZ, value.c_str(),
+                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+}
+
+ProgIdRegistration::~ProgIdRegistration() {
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, key_.c_str());
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, key_.c_str());
+}
+
+ActiveRegistration::ActiveRegistration(IUnknown* object, const wchar_t* clsid) {
+    if (FAILED(RegisterActiveObject(object, ToClsid(clsid), ACTIVEOBJECT_STRONG, &cookie_)))
+        cookie_ = 0;
+}
+
+ActiveRegistration::~ActiveRegistration() {
+    if (cookie_ != 0)
+        RevokeActiveObject(cookie_, nullptr);
+}
+
+RotRegistration::RotRegistration(IUnknown* object, IMoniker* moniker) {
+    CComPtr<IRunningObjectTable> table;
+    if (moniker == nullptr || FAILED(GetRunningObjectTable(0, &table)) ||
+        FAILED(table->Register(ROTFLAGS_REGISTRATIONKEEPSALIVE, object, moniker, &cookie_)))
+        cookie_ = 0;
+}
+
+RotRegistration RotRegistration::Item(IUnknown* object, const wchar_t* item) {
+    CComPtr<IMoniker> moniker;
+    CreateItemMoniker(L"!", item, &moniker);
+    return RotRegistration(object, moniker);
+}
+
+RotRegistration RotRegistration::File(IUnknown* object, const wchar_t* path) {
+    CComPtr<IMoniker> moniker;
+    CreateFileMoniker(path, &moniker);
+    return RotRegistration(object, moniker);
+}
+
+RotRegistration::~RotRegistration() {
+    CComPtr<IRunningObjectTable> table;
+    if (cookie_ != 0 && SUCCEEDED(GetRunningObjectTable(0, &table)))
+        table->Revoke(cookie_);
+}
+
+namespace {
+
+void PumpPending() {
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
+    }
+}
+
+HWND MakeWindow(const wchar_t* className, DWORD style) {
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = className;
+    RegisterClassW(&windowClass);
+    return CreateWindowExW(0, className, L"TavUtil com test", style, 40, 40, 300, 200, nullptr, nullptr,
+                           GetModuleHandleW(nullptr), nullptr);
+}
+
+void DropWindow(HWND window, const wchar_t* className) {
+    if (window != nullptr)
+        DestroyWindow(window);
+    PumpPending();
+    UnregisterClassW(className, GetModuleHandleW(nullptr));
+}
+
+constexpr const wchar_t* kHiddenClass = L"HarrowHiddenWndClass";
+constexpr const wchar_t* kForegroundClass = L"TavUtilComTestForeground";
+
+}  // namespace
+
+SuiteHiddenWindow::SuiteHiddenWindow() : window_(MakeWindow(kHiddenClass, WS_POPUP)) {}
+SuiteHiddenWindow::~SuiteHiddenWindow() { DropWindow(window_, kHiddenClass); }
+
+ForegroundWindow::ForegroundWindow() : window_(MakeWindow(kForegroundClass, WS_OVERLAPPEDWINDOW | WS_VISIBLE)) {
+    SetForegroundWindow(window_);
+    PumpPending();
+}
+ForegroundWindow::~ForegroundWindow() { DropWindow(window_, kForegroundClass); }
+
+DWORD ForegroundLockTimeout::Current() {
+    DWORD value = 0;
+    SystemParametersInfoW(SPI_GETFOREGROUNDLOCKTIMEOUT, 0, &value, 0);
+    return value;
+}
+
+ForegroundLockTimeout::ForegroundLockTimeout() : original_(Current()) {
+    SystemParametersInfoW(SPI_SETFOREGROUNDLOCKTIMEOUT, 0, reinterpret_cast<void*>(static_cast<UINT_PTR>(kSentinel)),
+                          0);
+}
+
+ForegroundLockTimeout::~ForegroundLockTimeout() {
+    SystemParametersInfoW(SPI_SETFOREGROUNDLOCKTIMEOUT, 0, reinterpret_cast<void*>(static_cast<UINT_PTR>(original_)),
+                          SPIF_UPDATEINIFILE);
+}
+
+ServerProcess::ServerProcess(const std::wstring& options) {
+    static std::atomic<unsigned> counter{0};
+    std::wstring suffix = std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
+    std::wstring readyName = L"TavUtilComServerReady-" + suffix, quitName = L"TavUtilComServerQuit-" + suffix;
+    readyEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+    quitEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, quitName.c_str()));
+    std::wstring commandLine = L"\"" + tavtest::BinDir() + L"\\com_object_server.exe\" " + options +
+                               L" --ready " + readyName + L" --quit " + quitName;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info = {};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
+        return;
+    process_.reset(info.hProcess);
+    CloseHandle(info.hThread);
+    HANDLE waits[] = {readyEvent_.get(), process_.get()};
+    ready_ = WaitForMultipleObjects(2, waits, FALSE, 20000) == WAIT_OBJECT_0;
+}
+
+ServerProcess::~ServerProcess() {
+    if (!process_)
+        return;
+    SetEvent(quitEvent_.get());
+    if (WaitForSingleObject(process_.get(), 10000) != WAIT_OBJECT_0)
+        TerminateProcess(process_.get(), 1);
+}
+
+}  // namespace comtest

@@ -1,0 +1,20 @@
+// Verbs of the account-permissions area: is the current user an administrator (or a power user)?
+#include "Cli.h"
+
+#include <TavUtil.h>
+
+namespace {
+
+// Each query writes the library's own progress lines, then the verb prints the answer.
+int RunAdmin(const cli::Args& args) {
+    cli::RequireCount(args, 0, 0);
+    const int administrator = VxWindowsPermissionsUtils::IsAdministrator();
+    cli::OutLine(L"IsAdministrator: " + cli::YesNo(administrator != 0));
+    const int eitherGroup = VxWindowsPermissionsUtils::IsAdministratorOrPowerUser();
+    cli::OutLine(L"IsAdministratorOrPowerUser: " + cli::YesNo(eitherGroup != 0));
+    return 0;
+}
+
+cli::VerbRegistration admin{{L"admin", L"admin", L"membership of Administrators and Power Users", &RunAdmin}};
+
+}  // namespace

@@ -1,0 +1,201 @@
+#include "security/VxWindowsPermissionsUtils.h"
+
+#include "platform/Handles.h"
+
+#include <iostream>
+
+namespace {
+
+// GetVersionExW with the extended structure first, then with the plain one.
+static_assert(sizeof(OSVERSIONINFOEXW) == 284 && sizeof(OSVERSIONINFOW) == 276, "version structure sizes");
+
+bool IsWindowsNT() {
+    OSVERSIONINFOEXW extended = {};
+    extended.dwOSVersionInfoSize = sizeof extended;
+    if (GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&extended)))
+        return extended.dwPlatformId == VER_PLATFORM_WIN32_NT;
+    OSVERSIONINFOW plain = {};
+    plain.dwOSVersionInfoSize = sizeof plain;
+    return GetVersionExW(&plain) && plain.dwPlatformId == VER_PLATFORM_WIN32_NT;
+}
+
+// Diagnostic lines, written only when the caller asked for them: progress to the wide standard output,
+// errors (with the system error number in decimal) to the wide standard error.
+class Diagnostics {
+public:
+    explicit Diagnostics(int verbose) : verbose_(verbose != 0) {}
+    template <typename... Parts>
+    void Progress(const Parts&... parts) const {
+        if (verbose_)
+            (std::wcout << ... << parts) << std::endl;
+    }
+    template <typename... Parts>
+    void Error(const Parts&... parts) const {
+        if (verbose_)
+            (std::wcerr << ... << parts) << std::endl;
+    }
+
+private:
+    bool verbose_;
+};
+
+template <typename Fn>
+void Bind(HMODULE module, const char* name, Fn& function) {
+    function = reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+}  // namespace
+
+VxWindowsPermissionsUtils::VxWindowsPermissionsUtils() {
+    if (!IsWindowsNT())
+        return;
+    m_hAdvApi32 = LoadLibraryW(L"advapi32.dll");
+    m_dwLoadError = GetLastError();
+    if (m_hAdvApi32 == nullptr)
+        return;
+    Bind(m_hAdvApi32, "OpenThreadToken", OpenThreadToken);
+    Bind(m_hAdvApi32, "GetTokenInformation", GetTokenInformation);
+    Bind(m_hAdvApi32, "AllocateAndInitializeSid", AllocateAndInitializeSid);
+    Bind(m_hAdvApi32, "IsValidSid", IsValidSid);
+    Bind(m_hAdvApi32, "EqualSid", EqualSid);
+    Bind(m_hAdvApi32, "FreeSid", FreeSid);
+}
+
+VxWindowsPermissionsUtils::~VxWindowsPermissionsUtils() {
+    if (m_hAdvApi32 != nullptr) {
+        FreeLibrary(m_hAdvApi32);
+        m_hAdvApi32 = nullptr;
+        m_dwLoadError = 0;
+    }
+    OpenThreadToken = nullptr;
+    GetTokenInformation = nullptr;
+    AllocateAndInitializeSid = nullptr;
+    IsValidSid = nullptr;
+    EqualSid = nullptr;
+    FreeSid = nullptr;
+}
+
+bool VxWindowsPermissionsUtils::AllFunctionsUsable() const {
+    auto callable = [](auto function) {
+        return function != nullptr && !IsBadCodePtr(reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function)));
+    };
+    return m_hAdvApi32 != nullptr && callable(OpenThreadToken) && callable(GetTokenInformation) &&
+           callable(AllocateAndInitializeSid) && callable(IsValidSid) && callable(EqualSid) && callable(FreeSid);
+}
+
+long VxWindowsPermissionsUtils::IsMemberOf(enumQueryGroup group, int* isMember, int verbose) {
+    try {
+        return QueryMembership(group, isMember, verbose);
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+bool VxWindowsPermissionsUtils::BuildGroupSid(DWORD aliasRid, PSID* sid) const {
+    SID_IDENTIFIER_AUTHORITY ntAuthority = SECURITY_NT_AUTHORITY;
+    return AllocateAndInitializeSid(&ntAuthority, 2, SECURITY_BUILTIN_DOMAIN_RID, aliasRid, 0, 0, 0, 0, 0, 0, sid) !=
+           FALSE;
+}
+
+long VxWindowsPermissionsUtils::QueryMembership(enumQueryGroup group, int* isMember, int verbose) {
+    const Diagnostics say(verbose);
+    if (IsBadWritePtr(isMember, sizeof *isMember))
+        return E_FAIL;
+    *isMember = FALSE;
+
+    if (!AllFunctionsUsable() && !IsWindowsNT()) {
+        say.Progress(L"Is 9x, so returning TRUE for IsMemberOf().");
+        *isMember = TRUE;
+        return S_OK;
+    }
+    // On Windows NT without the six functions there is nothing to ask: the query fails here rather than
+    // calling through an unbound function.
+    if (!AllFunctionsUsable()) {
+        say.Error(L"Error, the security functions of advapi32.dll are not available.  Errno: ", m_dwLoadError);
+        return E_FAIL;
+    }
+
+    // The thread's impersonation token if there is one, else the process token.
+    tav::UniqueHandle token;
+    if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, token.put())) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_NO_TOKEN) {
+            token.reset();
+            say.Error(L"Error from ::OpenThreadToken(). Got token but had other error.  Errno: ", error);
+            return E_FAIL;
+        }
+        SetLastError(0);
+        if (!::OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.put())) {
+            const DWORD processError = GetLastError();
+            token.reset();
+            say.Error(L"Error from ::OpenProcessToken().  Errno: ", processError);
+            return E_FAIL;
+        }
+    }
+
+    DWORD size = 0;
+    GetTokenInformation(token.get(), TokenGroups, nullptr, 0, &size);
+    tav::UniqueGlobal buffer(GlobalAlloc(GPTR, size));
+    if (!buffer) {
+        say.Error(L"Error, cannot allocate memory.");
+        return E_OUTOFMEMORY;
+    }
+    const BOOL read = GetTokenInformation(token.get(), TokenGroups, buffer.get(), size, &size);
+    const DWORD readError = GetLastError();
+    token.reset();
+    if (!read) {
+        say.Error(L"Error from ::GetTokenInformation().  Errno: ", readError);
+        return E_FAIL;
+    }
+
+    // The two failure texts differ by one blank, so that a log tells which of the two SIDs failed.
+    tav::UniqueSid administrators, powerUsers;
+    if (!BuildGroupSid(DOMAIN_ALIAS_RID_ADMINS, administrators.put())) {
+        say.Error(L"Failed to ::AllocateAndInitializeSid(). Errno: ", GetLastError());
+        return E_FAIL;
+    }
+    if (!BuildGroupSid(DOMAIN_ALIAS_RID_POWER_USERS, powerUsers.put())) {
+        say.Error(L"Failed to ::AllocateAndInitializeSid().  Errno: ", GetLastError());
+        return E_FAIL;
+    }
+
+    const auto* groups = static_cast<const TOKEN_GROUPS*>(buffer.get());
+    const SID_AND_ATTRIBUTES* entries = groups->Groups;
+    say.Progress(L"member of ", groups->GroupCount, L" groups.");
+    bool inAdministrators = false, inPowerUsers = false;
+    for (DWORD i = 0; i < groups->GroupCount; ++i) {
+        if (!IsValidSid(entries[i].Sid)) {
+            say.Error(L"ERROR!  invalid Sid.  Errno: ", GetLastError());
+            break;  // what was found so far stands
+        }
+        if (EqualSid(entries[i].Sid, administrators.get()))
+            inAdministrators = true;
+        if (EqualSid(entries[i].Sid, powerUsers.get()))
+            inPowerUsers = true;
+    }
+    administrators.reset();
+    powerUsers.reset();
+    buffer.reset();
+
+    say.Progress(L"is a member of Administrators group:\t", inAdministrators);
+    say.Progress(L"is a member of Power Users group:\t\t", inPowerUsers);
+    switch (group) {
+    case GROUP_ADMINISTRATORS: *isMember = inAdministrators; break;
+    case GROUP_POWER_USERS: *isMember = inPowerUsers; break;
+    default: *isMember = inAdministrators || inPowerUsers; break;
+    }
+    return S_OK;
+}
+
+int VxWindowsPermissionsUtils::AskAsTemporary(enumQueryGroup group) {
+    VxWindowsPermissionsUtils utils;
+    int isMember = FALSE;
+    utils.IsMemberOf(group, &isMember, 1);  // the HRESULT is not looked at: a failure reads as FALSE
+    return isMember;
+}
+
+int VxWindowsPermissionsUtils::IsAdministrator() { return AskAsTemporary(GROUP_ADMINISTRATORS); }
+
+int VxWindowsPermissionsUtils::IsAdministratorOrPowerUser() {
+    return AskAsTemporary(GROUP_ADMINISTRATORS_OR_POWER_USERS);
+}
