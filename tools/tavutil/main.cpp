@@ -12,11 +12,14 @@ namespace {
 
 void PrintUsage(bool toError) {
     std::wstring text = L"usage: tavutil VERB [ARGS...]\n       tavutil --help | --version\n\nverbs:\n";
+    // Usage and summary side by side; a usage too long for its column gets the summary on the next line.
+    const size_t column = 34;
     for (const cli::Verb& verb : cli::Verbs()) {
         std::wstring usage = verb.usage;
-        if (usage.size() < 34)
-            usage.resize(34, L' ');
-        text += L"  " + usage + L" " + verb.summary + L"\n";
+        if (usage.size() <= column)
+            text += L"  " + usage + std::wstring(column - usage.size(), L' ') + L" " + verb.summary + L"\n";
+        else
+            text += L"  " + usage + L"\n  " + std::wstring(column, L' ') + L" " + verb.summary + L"\n";
     }
     toError ? cli::Err(text) : cli::Out(text);
 }
