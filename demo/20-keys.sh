@@ -9,5 +9,5 @@ say "Typing a script into Wine's notepad, then what notepad shows"
 notepad_pid=$!
 tav keys --delay 2000 --show "+hello from +tav+util!~{- 3}~+(shift group) {x 3}{BS}{TAB}done"
 tav screenshot "$build/demo-keys.png"
-kill "$notepad_pid" 2>/dev/null
+"$session" run "$build" taskkill.exe /f /im notepad.exe >/dev/null 2>&1
 wait "$notepad_pid" 2>/dev/null

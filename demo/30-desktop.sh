@@ -15,6 +15,6 @@ rm -f "$shot"
 tav pick-folder 'C:\users\Public' --cancel-after 6000 &
 picker=$!
 sleep 3
-(eval "$("$session" env "$build")" && xwd -root -silent -display "$DISPLAY" | xwdtopnm 2>/dev/null | pnmtopng >"$shot")
+tav screenshot "$shot"
 wait "$picker"
 if [ -s "$shot" ]; then echo "screenshot of the folder picker: $shot"; else echo "no screenshot taken"; fi
