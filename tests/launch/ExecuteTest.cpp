@@ -80,11 +80,14 @@ TEST(ExecuteProgram, ShellStartsTheProgramAndHandsOutItsProcess) {
 }
 
 TEST(ExecuteProgram, ShellStartsNotepad) {
-    HANDLE process = nullptr;
-    ASSERT_TRUE(ExecuteProgram(L"%WINDIR%\\notepad.exe", SW_SHOWNORMAL, false, &process));
-    ASSERT_NE(process, nullptr);
-    tavtest::RunningProgram notepad(process, GetProcessId(process));
-    EXPECT_NE(notepad.WaitForWindow(L"Notepad"), nullptr);
+    // With a folder, and as a bare name (the shell then gets "notepad.exe" as its folder too).
+    for (const wchar_t* commandLine : {L"%WINDIR%\\notepad.exe", L"notepad.exe"}) {
+        HANDLE process = nullptr;
+        ASSERT_TRUE(ExecuteProgram(commandLine, SW_SHOWNORMAL, false, &process)) << tavtest::Narrow(commandLine);
+        ASSERT_NE(process, nullptr);
+        tavtest::RunningProgram notepad(process, GetProcessId(process));
+        EXPECT_NE(notepad.WaitForWindow(L"Notepad"), nullptr) << tavtest::Narrow(commandLine);
+    }
 }
 
 TEST(ExecuteProgram, ProgramWithoutBackslashIsItsOwnWorkingFolder) {
