@@ -54,18 +54,27 @@ TEST(ForegroundAttentionGrabber, IsAScopeGuardThatCannotBeCopied) {
     EXPECT_TRUE(std::has_virtual_destructor_v<ForegroundAttentionGrabber>);
 }
 
-TEST(ForegroundAttentionGrabber, OwnForegroundAttachesNothingButStillTapsAlt) {
-    desktoptest::TestWindow recorder = MakeRecorder();
+// Makes `recorder` the foreground and focus window, then makes a grabber, handles the messages its Alt tap
+// brings and destroys it. False when the recorder could not be brought in front; `attached` tells whether the
+// grabber attached.
+bool GrabInFrontOf(const desktoptest::TestWindow& recorder, bool& attached) {
     SetForegroundWindow(recorder.hwnd());
     SetFocus(recorder.hwnd());
     PumpFor(100);
-    ASSERT_EQ(GetForegroundWindow(), recorder.hwnd());
+    if (GetForegroundWindow() != recorder.hwnd())
+        return false;
     g_altMessages.clear();
-    {
-        ForegroundAttentionGrabber grabber;
-        EXPECT_FALSE(grabber.IsAttached());
-        PumpFor(300);
-    }
+    ForegroundAttentionGrabber grabber;
+    attached = grabber.IsAttached();
+    PumpFor(300);
+    return true;
+}
+
+TEST(ForegroundAttentionGrabber, OwnForegroundAttachesNothingButStillTapsAlt) {
+    desktoptest::TestWindow recorder = MakeRecorder();
+    bool attached = true;
+    ASSERT_TRUE(GrabInFrontOf(recorder, attached));
+    EXPECT_FALSE(attached);
     EXPECT_TRUE(SawAltDown());
     EXPECT_TRUE(SawAltUp());
     EXPECT_EQ(GetForegroundWindow(), recorder.hwnd());
@@ -82,15 +91,9 @@ TEST(ForegroundAttentionGrabber, DISABLED_NoAltTapOutsideNt) {
 #pragma GCC diagnostic pop
     ASSERT_EQ(version.dwPlatformId, static_cast<DWORD>(VER_PLATFORM_WIN32_WINDOWS));
     desktoptest::TestWindow recorder = MakeRecorder();
-    SetForegroundWindow(recorder.hwnd());
-    SetFocus(recorder.hwnd());
-    PumpFor(100);
-    ASSERT_EQ(GetForegroundWindow(), recorder.hwnd());
-    g_altMessages.clear();
-    {
-        ForegroundAttentionGrabber grabber;
-        PumpFor(300);
-    }
+    bool attached = true;
+    ASSERT_TRUE(GrabInFrontOf(recorder, attached));
+    EXPECT_FALSE(attached);
     EXPECT_FALSE(SawAltDown());
     EXPECT_FALSE(SawAltUp());
 }
@@ -104,15 +107,9 @@ TEST(ForegroundAttentionGrabber, Windows98PlatformSendsNoAltTap) {
 }
 
 TEST(ForegroundAttentionGrabber, AttachesToAnotherProcessForegroundUntilDestroyed) {
-    tavtest::RunningProgram notepad;
-    ASSERT_TRUE(notepad.Start(L"notepad.exe"));
-    HWND main = notepad.WaitForWindow(L"Notepad");
-    ASSERT_NE(main, nullptr);
-    HWND edit = FindWindowExW(main, nullptr, L"Edit", nullptr);
-    ASSERT_NE(edit, nullptr);
-    SetForegroundWindow(main);
-    PumpFor(200);
-    ASSERT_EQ(GetForegroundWindow(), main);
+    tavtest::FrontNotepad notepad;
+    ASSERT_TRUE(notepad.Start());
+    HWND edit = notepad.edit;
     ASSERT_NE(GetFocus(), edit);  // this thread's own input has no focus window of notepad's
 
     {

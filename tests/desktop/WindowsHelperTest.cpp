@@ -11,17 +11,10 @@
 namespace {
 
 TEST(WindowsHelper, FocusWindowOfNotepadIsItsEdit) {
-    tavtest::RunningProgram notepad;
-    ASSERT_TRUE(notepad.Start(L"notepad.exe"));
-    HWND main = notepad.WaitForWindow(L"Notepad");
-    ASSERT_NE(main, nullptr);
-    HWND edit = FindWindowExW(main, nullptr, L"Edit", nullptr);
-    ASSERT_NE(edit, nullptr);
-    SetForegroundWindow(main);
-    tavtest::PumpFor(200);
-
-    EXPECT_EQ(cWindowsHelper::GetFocusWindow(main), edit);
-    EXPECT_NE(GetFocus(), edit);  // the attachment was undone
+    tavtest::FrontNotepad notepad;
+    ASSERT_TRUE(notepad.Start());
+    EXPECT_EQ(cWindowsHelper::GetFocusWindow(notepad.main), notepad.edit);
+    EXPECT_NE(GetFocus(), notepad.edit);  // the attachment was undone
 }
 
 TEST(WindowsHelper, FocusWindowIsNullWhenTheAttachmentFails) {

@@ -102,4 +102,23 @@ private:
     DWORD processId_ = 0;
 };
 
+// Wine's notepad started in front: its main window and its Edit, or nulls when it did not come up.
+struct FrontNotepad {
+    RunningProgram program;
+    HWND main = nullptr;
+    HWND edit = nullptr;
+
+    bool Start() {
+        if (!program.Start(L"notepad.exe"))
+            return false;
+        main = program.WaitForWindow(L"Notepad");
+        edit = main ? FindWindowExW(main, nullptr, L"Edit", nullptr) : nullptr;
+        if (!edit)
+            return false;
+        SetForegroundWindow(main);
+        PumpFor(200);
+        return GetForegroundWindow() == main;
+    }
+};
+
 }  // namespace tavtest
