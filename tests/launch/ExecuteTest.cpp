@@ -155,6 +155,36 @@ TEST(ExecuteProgram, ForegroundGoesToTheDesktopDuringTheLaunchAndComesBack) {
     ASSERT_TRUE(report.Wait());
 }
 
+// The shell launch lifts the foreground lock with a grabber (whose Alt tap reaches the foreground window)
+// only where desktop composition is unknown, that is, where "dwmapi.dll" cannot be loaded.
+int AltPressesDuringShellLaunch() {
+    ProbeReport report;
+    FrontWindow front;
+    HANDLE process = nullptr;
+    EXPECT_TRUE(ExecuteProgram(ProbePath(), L"", SW_SHOWNOACTIVATE, false, &process));
+    tavtest::RunningProgram probe(process, GetProcessId(process));
+    tavtest::PumpFor(300);
+    return front.AltPresses();
+}
+
+TEST(ExecuteProgram, ShellLaunchWithCompositionMakesNoGrab) {
+    EXPECT_EQ(AltPressesDuringShellLaunch(), 0);
+}
+
+// Runs in a copy of the test executable in which "dwmapi.dll" cannot be loaded.
+TEST(ExecuteProgram, DISABLED_ShellLaunchWithoutCompositionGrabs) {
+    ASSERT_EQ(LoadLibraryW(L"dwmapi.dll"), nullptr);
+    EXPECT_GE(AltPressesDuringShellLaunch(), 1);
+}
+
+TEST(ExecuteProgram, ShellLaunchWithoutCompositionGrabs) {
+    tavtest::ChildResult child =
+        tavtest::RunSelfAs({L"", {L"dwmapi"}, L""}, "ExecuteProgram.DISABLED_ShellLaunchWithoutCompositionGrabs");
+    EXPECT_TRUE(child.finished);
+    EXPECT_EQ(child.exitCode, 0u) << child.output;
+    EXPECT_NE(child.output.find("[  PASSED  ] 1 test"), std::string::npos) << child.output;
+}
+
 TEST(ExecuteProgram, WaitingLaunchLeavesTheProcessOutAlone) {
     ProbeReport report;
     FrontWindow front;

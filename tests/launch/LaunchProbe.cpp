@@ -70,6 +70,7 @@ FrontWindow::FrontWindow() {
     window_ = CreateWindowExW(0, kFrontWindowClass, L"TavLaunchTest", WS_POPUP | WS_BORDER | WS_VISIBLE, 60, 60, 300,
                               200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
     BringToFront();
+    SetFocus(window_);
     deactivations_ = 0;
 }
 
@@ -92,6 +93,10 @@ LRESULT CALLBACK FrontWindow::Proc(HWND window, UINT message, WPARAM wParam, LPA
     auto* self = reinterpret_cast<FrontWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self && message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE)
         ++self->deactivations_;
+    if (self && (message == WM_SYSKEYDOWN || message == WM_KEYDOWN) && (wParam == VK_MENU || wParam == VK_LMENU)) {
+        ++self->altPresses_;
+        return 0;
+    }
     return DefWindowProcW(window, message, wParam, lParam);
 }
 

@@ -45,8 +45,8 @@ private:
     std::vector<std::unique_ptr<tavtest::RunningProgram>> started_;
 };
 
-// A visible window of the test, made the foreground window; destroyed with the object. It counts the times
-// it lost the activation.
+// A visible window of the test, made the foreground window and focus; destroyed with the object. It counts
+// the times it lost the activation and the Alt key presses it received.
 class FrontWindow {
 public:
     FrontWindow();
@@ -58,11 +58,13 @@ public:
     // Makes it the foreground window again (handling this thread's messages meanwhile).
     bool BringToFront() const;
     int Deactivations() const { return deactivations_; }
+    int AltPresses() const { return altPresses_; }
 
 private:
     static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     HWND window_;
     int deactivations_ = 0;
+    int altPresses_ = 0;
 };
 
 // Whether the foreground window belongs to process `processId`.
