@@ -1,0 +1,118 @@
+#include "LaunchProbe.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace launchtest {
+
+std::wstring ProbePath() { return tavtest::BinDir() + L"\\tavlaunchprobe.exe"; }
+
+bool CopyProbeTo(const std::wstring& path) { return CopyFileW(ProbePath().c_str(), path.c_str(), FALSE) != 0; }
+
+ProbeReport::ProbeReport() : reportPath_(dir_ / L"report.txt") {
+    SetEnvironmentVariableW(L"TAVPROBE_REPORT", reportPath_.c_str());
+}
+
+ProbeReport::~ProbeReport() {
+    SetEnvironmentVariableW(L"TAVPROBE_REPORT", nullptr);
+    started_.clear();  // ends the probes before their folder goes
+}
+
+bool ProbeReport::Wait(DWORD timeoutMs) {
+    for (DWORD waited = 0; waited <= timeoutMs; waited += 50) {
+        std::ifstream file(tavtest::Narrow(reportPath_), std::ios::binary);
+        if (file) {
+            fields_.clear();
+            std::string line;
+            while (std::getline(file, line)) {
+                size_t equals = line.find('=');
+                if (equals != std::string::npos)
+                    fields_[line.substr(0, equals)] = tavtest::Widen(line.substr(equals + 1));
+            }
+            DWORD pid = Pid();
+            HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, pid);
+            if (process)
+                started_.push_back(std::make_unique<tavtest::RunningProgram>(process, pid));
+            return true;
+        }
+        Sleep(50);
+    }
+    return false;
+}
+
+std::wstring ProbeReport::Field(const std::string& name) const {
+    auto it = fields_.find(name);
+    return it == fields_.end() ? std::wstring() : it->second;
+}
+
+DWORD ProbeReport::Pid() const { return static_cast<DWORD>(std::wcstoul(Field("pid").c_str(), nullptr, 10)); }
+
+void ProbeReport::Clear() {
+    DeleteFileW(reportPath_.c_str());
+    fields_.clear();
+}
+
+namespace {
+const wchar_t kFrontWindowClass[] = L"TavLaunchTestFront";
+}
+
+FrontWindow::FrontWindow() {
+    WNDCLASSW windowClass = {};
+    if (!GetClassInfoW(GetModuleHandleW(nullptr), kFrontWindowClass, &windowClass)) {
+        windowClass.lpfnWndProc = &FrontWindow::Proc;
+        windowClass.hInstance = GetModuleHandleW(nullptr);
+        windowClass.lpszClassName = kFrontWindowClass;
+        RegisterClassW(&windowClass);
+    }
+    // No system menu: the Alt tap of a foreground grab cannot open a modal menu loop in the test's thread.
+    window_ = CreateWindowExW(0, kFrontWindowClass, L"TavLaunchTest", WS_POPUP | WS_BORDER | WS_VISIBLE, 60, 60, 300,
+                              200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+    BringToFront();
+    SetFocus(window_);
+    deactivations_ = 0;
+}
+
+FrontWindow::~FrontWindow() {
+    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+    DestroyWindow(window_);
+}
+
+bool FrontWindow::BringToFront() const {
+    SetForegroundWindow(window_);
+    for (int waited = 0; waited < 2000 && !IsForeground(); waited += 50)
+        tavtest::PumpFor(50);
+    return IsForeground();
+}
+
+LRESULT CALLBACK FrontWindow::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE)
+        SetWindowLongPtrW(window, GWLP_USERDATA,
+                          reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
+    auto* self = reinterpret_cast<FrontWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self && message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE)
+        ++self->deactivations_;
+    if (self && (message == WM_SYSKEYDOWN || message == WM_KEYDOWN) && (wParam == VK_MENU || wParam == VK_LMENU)) {
+        ++self->altPresses_;
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+bool ForegroundBelongsTo(DWORD processId) {
+    // A foreground change to another process's window completes in that process: allow it a moment.
+    for (int waited = 0; waited < 2000; waited += 50) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(GetForegroundWindow(), &owner);
+        if (owner == processId)
+            return true;
+        tavtest::PumpFor(50);
+    }
+    wchar_t name[260] = {};
+    GetClassNameW(GetForegroundWindow(), name, 260);
+    ADD_FAILURE() << "foreground window " << GetForegroundWindow() << " of class " << tavtest::Narrow(name);
+    return false;
+}
+
+}  // namespace launchtest

@@ -1,0 +1,124 @@
+// A program a test starts (Wine's notepad, a test program of the build), its top-level window once it shows
+// one, and its end: the program is terminated when the object goes, whether the test passed or not.
+#pragma once
+
+#include "platform/Handles.h"
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace tavtest {
+
+// Top-level windows of process `processId` whose class is `className` (all classes when empty).
+inline std::vector<HWND> TopLevelWindowsOf(DWORD processId, const std::wstring& className = L"") {
+    struct Context {
+        DWORD processId;
+        const std::wstring* className;
+        std::vector<HWND> found;
+    } context{processId, &className, {}};
+    EnumWindows(
+        [](HWND window, LPARAM param) -> BOOL {
+            Context* c = reinterpret_cast<Context*>(param);
+            DWORD owner = 0;
+            GetWindowThreadProcessId(window, &owner);
+            wchar_t name[260] = {};
+            GetClassNameW(window, name, 260);
+            if (owner == c->processId && (c->className->empty() || *c->className == name))
+                c->found.push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&context));
+    return context.found;
+}
+
+// Handles this thread's pending messages for about `ms` milliseconds.
+inline void PumpFor(DWORD ms) {
+    DWORD start = GetTickCount();
+    do {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        Sleep(5);
+    } while (GetTickCount() - start < ms);
+}
+
+class RunningProgram {
+public:
+    RunningProgram() = default;
+    // Adopts a process started elsewhere (the handle is closed, the process ended, on destruction).
+    RunningProgram(HANDLE process, DWORD processId) : process_(process), processId_(processId) {}
+    ~RunningProgram() { End(); }
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+
+    // Starts `commandLine`; false when it cannot be started.
+    bool Start(const std::wstring& commandLine) {
+        End();
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
+        PROCESS_INFORMATION created = {};
+        std::vector<wchar_t> buffer(commandLine.begin(), commandLine.end());
+        buffer.push_back(L'\0');
+        if (!CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                            &created))
+            return false;
+        tav::UniqueHandle thread(created.hThread);
+        process_.reset(created.hProcess);
+        processId_ = created.dwProcessId;
+        return true;
+    }
+
+    // The first top-level window of class `className`, waiting up to `timeoutMs` for it to appear.
+    HWND WaitForWindow(const std::wstring& className, DWORD timeoutMs = 10000) const {
+        for (DWORD waited = 0; waited <= timeoutMs; waited += 50) {
+            std::vector<HWND> windows = TopLevelWindowsOf(processId_, className);
+            if (!windows.empty())
+                return windows.front();
+            Sleep(50);
+        }
+        return nullptr;
+    }
+
+    bool HasEnded() const { return !process_ || WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0; }
+
+    void End() {
+        if (process_ && WaitForSingleObject(process_.get(), 0) != WAIT_OBJECT_0) {
+            TerminateProcess(process_.get(), 1);
+            WaitForSingleObject(process_.get(), 5000);
+        }
+        process_.reset();
+        processId_ = 0;
+    }
+
+    HANDLE handle() const { return process_.get(); }
+    DWORD id() const { return processId_; }
+
+private:
+    tav::UniqueHandle process_;
+    DWORD processId_ = 0;
+};
+
+// Wine's notepad started in front: its main window and its Edit, or nulls when it did not come up.
+struct FrontNotepad {
+    RunningProgram program;
+    HWND main = nullptr;
+    HWND edit = nullptr;
+
+    bool Start() {
+        if (!program.Start(L"notepad.exe"))
+            return false;
+        main = program.WaitForWindow(L"Notepad");
+        edit = main ? FindWindowExW(main, nullptr, L"Edit", nullptr) : nullptr;
+        if (!edit)
+            return false;
+        SetForegroundWindow(main);
+        PumpFor(200);
+        return GetForegroundWindow() == main;
+    }
+};
+
+}  // namespace tavtest
