@@ -1,4 +1,6 @@
 // The keystroke verbs of tavutil.exe.
+#include "KeyTestWindows.h"
+
 #include <TestSupport.h>
 
 #include <gtest/gtest.h>
@@ -30,6 +32,19 @@ TEST(KeysCli, EscapeAndReleaseAll) {
     EXPECT_EQ("released 0 held keys\n", run.output);
     run = Tavutil(L"keys");
     EXPECT_EQ(2u, run.exitCode) << run.output;
+}
+
+// A tavutil process cannot hand its hold list to a later one: the keys verb releases what it held.
+class KeysCliTyping : public keytest::KeysTest {};
+
+TEST_F(KeysCliTyping, KeysVerbReleasesWhatItHeld) {
+    using namespace keytest;
+    RecorderWindow recorder;
+    tavtest::ChildResult run = Tavutil(L"keys \"[{F13}\"");
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("released 1 held keys at exit")) << run.output;
+    EXPECT_EQ(Describe({Down(VK_F13), Up(VK_F13)}), Describe(recorder.WaitForKeys(2)));
+    EXPECT_EQ(0, GetAsyncKeyState(VK_F13) & 0x8000);
 }
 
 }  // namespace

@@ -106,6 +106,33 @@ TEST_F(KeysHold, The201stHeldKeyIsRefused) {
     EXPECT_EQ(0, tav::keys::TheHoldList().Count());
 }
 
+// The sided modifier keys count as modifiers too: held once, never pressed again while held. Any other
+// key (Apps here) is pressed again. The script language cannot produce these codes: loaded by hand.
+TEST_F(KeysHold, SidedModifiersAreHeldOnceOtherKeysAgain) {
+    RecorderWindow recorder;
+    const std::vector<WORD> codes = {VK_LSHIFT, VK_RSHIFT, VK_LCONTROL, VK_RWIN, VK_APPS};
+    tav::keys::KeyQueue& queue = tav::keys::TheKeyQueue();
+    queue.Reset();
+    ASSERT_TRUE(queue.Append(tav::keys::kBeginHold));
+    for (WORD code : codes) {
+        ASSERT_TRUE(queue.Append(code));
+        ASSERT_TRUE(queue.Append(code));
+    }
+    ASSERT_TRUE(queue.Append(tav::keys::kEndHold));
+    tav::keys::PlayKeyQueue();
+    EXPECT_EQ(codes, HeldCodes());
+    const std::vector<KeyEvent>& seen = recorder.WaitForKeys(codes.size() + 1);
+    ASSERT_EQ(codes.size() + 1, seen.size()) << Describe(seen);
+    for (const KeyEvent& event : seen)
+        EXPECT_TRUE(event.message == WM_KEYDOWN || event.message == WM_SYSKEYDOWN) << Describe(seen);
+    EXPECT_EQ(static_cast<UINT>(VK_APPS), seen[seen.size() - 2].vk);
+    EXPECT_EQ(static_cast<UINT>(VK_APPS), seen.back().vk);
+    recorder.Clear();
+    SendKeys_ReleaseAll();
+    EXPECT_EQ(codes.size(), recorder.WaitForKeys(codes.size()).size()) << Describe(recorder.keys);
+    EXPECT_EQ(0, tav::keys::TheHoldList().Count());
+}
+
 // BREAK is the Control key: alone in a script it presses Control and leaves it down (the toggles start
 // afresh with every run, and no run releases what an earlier one pressed).
 TEST_F(KeysHold, BreakLeavesControlDown) {

@@ -67,6 +67,20 @@ void ExpectParses(const std::vector<ParseCase>& cases) {
     }
 }
 
+// The numbers of the results are fixed: hosts compare them as numbers.
+TEST(KeysParser, ResultNumbersAreFixed) {
+    const struct {
+        SKERR result;
+        int number;
+    } rows[] = {
+        {SKERR_NONE, 0},         {SKERR_MISSINGCLOSEBRACE, 1}, {SKERR_INVALIDKEY, 2}, {SKERR_MISSINGCLOSEPAREN, 3},
+        {SKERR_INVALIDCOUNT, 4}, {SKERR_STRINGTOOLONG, 5},     {SKERR_BUSY, 7},       {SKERR_MENUFAILED, 8},
+        {SKERR_COMMANDDONE, 9},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(row.number, static_cast<int>(row.result));
+}
+
 TEST(KeysParser, EmptyScriptQueuesNothing) {
     tav::keys::TheKeyQueue().Append(0x41);  // a leftover entry: every parse starts a new queue
     EXPECT_EQ(SKERR_NONE, ParseKeyScript(L""));
@@ -77,6 +91,7 @@ TEST(KeysParser, EmptyScriptQueuesNothing) {
 
 TEST(KeysParser, PlainCharactersCarryTheirShiftState) {
     ASSERT_EQ(0x0141, VkKeyScanW(L'A')) << "these rows assume the US layout Wine has here";
+    ASSERT_EQ(0x0241, VkKeyScanW(L'\x0001'));
     ExpectParses({
         {L"a", SKERR_NONE, {0x41}},
         {L"A", SKERR_NONE, {kShift, 0x41, kShift}},
@@ -84,6 +99,7 @@ TEST(KeysParser, PlainCharactersCarryTheirShiftState) {
         {L"a)", SKERR_NONE, Cat({Char(L'a'), Char(L')')})},  // ')' outside a group is a character
         {L"}", SKERR_NONE, Char(L'}')},                      // '}' outside a brace too
         {L"~", SKERR_NONE, {0x0D}},
+        {L"\x0001", SKERR_NONE, {kControl, 0x41, kControl}},  // Control+A: the Control bit of the shift state
         {L"[a]", SKERR_NONE, {0xFFFE, 0x41, 0xFFFD}},
         {L"]a[", SKERR_NONE, {0xFFFD, 0x41, 0xFFFE}},  // neither needs its partner
     });
@@ -118,6 +134,10 @@ TEST(KeysParser, GroupsNest) {
         {L"({}", SKERR_MISSINGCLOSEPAREN, {}},     // an error at the end of the script inside a group
         {L"({ENTR})", SKERR_INVALIDKEY, {}},       // an error before the end keeps its own code
         {L"(a{ENTER 0})", SKERR_INVALIDCOUNT, {}},
+        // A failed item moves the cursor one on: here onto the end, where the outer group finds it open.
+        {L"({x", SKERR_MISSINGCLOSEBRACE, {}},
+        {L"(({x", SKERR_MISSINGCLOSEPAREN, {}},
+        {L"(({xy", SKERR_MISSINGCLOSEBRACE, {}},
     });
 }
 
@@ -149,6 +169,11 @@ TEST(KeysParser, BracedKeysAndCounts) {
         {L"{ENTER x}", SKERR_INVALIDCOUNT, {}},
         {L"{ENTER }", SKERR_INVALIDCOUNT, {}},
         {L"{ENTR}", SKERR_INVALIDKEY, {}},
+        {L"{ENTR 0}", SKERR_INVALIDKEY, {}},           // the name is checked before the count
+        {L"{ENTER 0", SKERR_INVALIDCOUNT, {}},         // the count before the closing brace
+        {L"{ENTER x", SKERR_INVALIDCOUNT, {}},
+        {L"{QUEUESYNC 0}", SKERR_INVALIDCOUNT, {}},    // QUEUESYNC's count is checked all the same
+        {L"{\x4E2D 0}", SKERR_INVALIDCOUNT, {}},
         {L"{ 3}", SKERR_INVALIDKEY, {}},
         {L"{ab}", SKERR_INVALIDKEY, {}},
         {L"{ENTER", SKERR_MISSINGCLOSEBRACE, {}},

@@ -114,6 +114,11 @@ int RunKeys(const cli::Args& arguments) {
         Sleep(300);
         cli::OutLine(L"the focused window shows: \"" + FocusedText() + L"\"");
     }
+    // The hold list ends with this process: what a script held is released here, or nothing ever could.
+    if (int held = tav::keys::TheHoldList().Count()) {
+        SendKeys_ReleaseAll();
+        cli::OutLine(L"released " + std::to_wstring(held) + L" held keys at exit");
+    }
     return sent == SKERR_NONE && parsed == SKERR_NONE ? 0 : 1;
 }
 
