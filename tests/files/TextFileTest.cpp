@@ -99,4 +99,15 @@ TEST(TextFile, ASecondReadReplacesTheFirst) {
     EXPECT_TRUE(DeleteFileW((dir / L"one.txt").c_str())); // the first file is no longer held open
 }
 
+TEST(TextFile, AnEmptySecondReadLeavesNoSizeBeyondItsBuffer) {
+    tavtest::TempDir dir(L"textfile");
+    ASSERT_TRUE(tavtest::WriteFileBytes(dir / L"three.txt", "three"));
+    ASSERT_TRUE(tavtest::WriteFileBytes(dir / L"empty.txt", ""));
+    cTextFile file;
+    ASSERT_TRUE(file.Read((dir / L"three.txt").c_str()));
+    ASSERT_EQ(file.GetSize(), 5u);
+    EXPECT_FALSE(file.Read((dir / L"empty.txt").c_str()));
+    EXPECT_EQ(file.GetSize(), 0u); // the new buffer holds one byte: a size of 5 would read past it
+}
+
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 using regtest::Bytes;
 using regtest::ScratchKey;
@@ -496,6 +497,39 @@ TEST_F(RegistryClassTest, ReadFontReplacesTheHeldFontWithoutDeletingIt) {
     EXPECT_TRUE(DeleteObject(held));
     EXPECT_EQ(GetObjectType(held), 0u);
     EXPECT_EQ(GetObjectType(previous), static_cast<DWORD>(OBJ_FONT));
+}
+
+// Every font the library creates, seen through TavUtil.dll's import of CreateFontIndirectW.
+std::vector<HFONT> s_createdFonts;
+decltype(&CreateFontIndirectW) s_realCreateFont = nullptr;
+HFONT WINAPI RecordingCreateFont(const LOGFONTW* logFont) {
+    HFONT font = s_realCreateFont(logFont);
+    s_createdFonts.push_back(font);
+    return font;
+}
+
+// The GDI object count (GetGuiResources) is not kept by Wine, so the fonts are followed one by one: each
+// one ReadFont makes is the one it attaches, and none outlives the CFont objects that held it.
+TEST_F(RegistryClassTest, ReadFontCreatesOnlyTheFontItAttaches) {
+    CFont written;
+    LOGFONTW lf = SampleLogFont();
+    ASSERT_TRUE(written.CreateFontIndirect(&lf));
+    ASSERT_EQ(reg.WriteFont(L"Font", &written), 1);
+    regtest::ImportHook hook(regtest::TavUtilModule(), "gdi32.dll", "CreateFontIndirectW",
+                             reinterpret_cast<void*>(&RecordingCreateFont));
+    ASSERT_TRUE(hook.installed());
+    s_realCreateFont = reinterpret_cast<decltype(&CreateFontIndirectW)>(hook.original());
+    s_createdFonts.clear();
+    std::vector<HFONT> attached;
+    for (int i = 0; i < 50; ++i) {
+        CFont font;
+        ASSERT_EQ(reg.ReadFont(L"Font", &font), 1);
+        attached.push_back(static_cast<HFONT>(font.GetSafeHandle()));
+        EXPECT_EQ(reg.ReadFont(L"Missing", &font), 0);
+    }
+    EXPECT_EQ(s_createdFonts, attached);
+    for (HFONT font : s_createdFonts)
+        EXPECT_EQ(GetObjectType(font), 0u);
 }
 
 TEST_F(RegistryClassTest, WriteFontRefusesAMissingFont) {

@@ -7,7 +7,8 @@ cTextFile::cTextFile() : m_size(0), m_position(0) {}
 cTextFile::~cTextFile() = default;
 
 // Read is meant to be called once per object. Called again, it replaces the first file and buffer
-// (which the owners release) rather than keeping them open and allocated.
+// (which the owners release) rather than keeping them open and allocated; the size is reset with the
+// buffer, so that it never counts more bytes than the buffer now holds.
 //
 // When no byte is read the result is inverted: true when ReadFile failed, false when it succeeded. An
 // empty file therefore reads as false, with a one-byte buffer that holds no terminator and a size of 0.
@@ -21,6 +22,7 @@ bool cTextFile::Read(const CStdStr<wchar_t>& path) {
     if (size == INVALID_FILE_SIZE)
         return false;
     m_buffer.reset(new (std::nothrow) char[static_cast<size_t>(size) + 1]);
+    m_size = 0;
     if (!m_buffer)
         return false;
     DWORD read = 0;
