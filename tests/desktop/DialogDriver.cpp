@@ -1,5 +1,6 @@
 #include "DialogDriver.h"
 
+#include <commctrl.h>
 #include <dlgs.h>
 #include <shlobj.h>
 
@@ -39,6 +40,23 @@ bool WaitForClose(HWND dialog, DWORD timeoutMs) {
     return false;
 }
 
+// The folder dialog fills its tree and moves the selection to the start folder after it shows, later on
+// a busy machine. Waits until the tree's selection has stayed the same for a few polls (at most 5 s).
+void WaitUntilSettled(HWND dialog) {
+    Sleep(300);
+    HWND tree = FindWindowExW(dialog, nullptr, L"SysTreeView32", nullptr);
+    if (tree == nullptr)
+        return;
+    LRESULT previous = 0;
+    int stable = 0;
+    for (int poll = 0; poll < 50 && stable < 3; ++poll) {
+        LRESULT caret = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0);
+        stable = caret != 0 && caret == previous ? stable + 1 : 0;
+        previous = caret;
+        Sleep(100);
+    }
+}
+
 }  // namespace
 
 DialogDriver::DialogDriver(std::function<void(HWND)> action)
@@ -57,7 +75,7 @@ void DialogDriver::Run(std::function<void(HWND)> action) {
     if (dialog == nullptr)
         return;
     dialog_ = dialog;
-    Sleep(300);  // let the dialog finish its initialisation (the folder tree fills after it shows)
+    WaitUntilSettled(dialog);
     action(dialog);
     if (!WaitForClose(dialog, 10000))
         PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
