@@ -191,6 +191,16 @@ TEST_F(ComTest, FindInRotWithUnregisteredOrNullProgIdIsEmpty) {
     EXPECT_FALSE(FindInROT(nullptr));
 }
 
+// An unknown ProgID ends the search before the table is walked: an entry named after the null class
+// identifier (what a failed conversion leaves behind) is not found through it.
+TEST_F(ComTest, FindInRotStopsAtAnUnknownProgIdBeforeWalkingTheTable) {
+    CComPtr<TestDispatch> object = MakeObject(L"null class");
+    RotRegistration entry = RotRegistration::Item(object.p, L"{00000000-0000-0000-0000-000000000000}");
+    ASSERT_TRUE(entry.ok());
+    EXPECT_FALSE(FindInROT(kUnregisteredProgId));
+    EXPECT_FALSE(FindInROT(nullptr));
+}
+
 // ---- Objects of a second process ---------------------------------------------------------------------
 
 TEST_F(ComTest, ObjectsOfAnotherProcessAreFound) {

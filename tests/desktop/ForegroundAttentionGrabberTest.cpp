@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -48,6 +49,62 @@ bool SawAltUp() {
     return false;
 }
 
+// Windows created and destroyed on this thread while it lives (a thread-local CBT hook): their class, style,
+// title, the focus window of the input they were created on, and whether they are gone again.
+class WindowCreations {
+public:
+    struct Created {
+        HWND window;
+        std::wstring className;
+        LONG style;
+        std::wstring title;
+        HWND focusAtCreation;
+        bool destroyed;
+    };
+
+    WindowCreations() {
+        s_created.clear();
+        m_hook = SetWindowsHookExW(WH_CBT, &WindowCreations::Proc, nullptr, GetCurrentThreadId());
+    }
+    ~WindowCreations() {
+        if (m_hook)
+            UnhookWindowsHookEx(m_hook);
+    }
+    WindowCreations(const WindowCreations&) = delete;
+    WindowCreations& operator=(const WindowCreations&) = delete;
+
+    bool hooked() const { return m_hook != nullptr; }
+    // The windows of class `className` created so far.
+    std::vector<Created> OfClass(const wchar_t* className) const {
+        std::vector<Created> found;
+        for (const Created& created : s_created)
+            if (lstrcmpiW(created.className.c_str(), className) == 0)
+                found.push_back(created);
+        return found;
+    }
+
+private:
+    static LRESULT CALLBACK Proc(int code, WPARAM wParam, LPARAM lParam) {
+        HWND window = reinterpret_cast<HWND>(wParam);
+        if (code == HCBT_CREATEWND) {
+            const CREATESTRUCTW* create = reinterpret_cast<CBT_CREATEWNDW*>(lParam)->lpcs;
+            wchar_t className[260] = {};
+            GetClassNameW(window, className, 260);
+            std::wstring title = create->lpszName && !IS_INTRESOURCE(create->lpszName) ? create->lpszName : L"";
+            s_created.push_back({window, className, create->style, title, GetFocus(), false});
+        } else if (code == HCBT_DESTROYWND) {
+            for (Created& created : s_created)
+                if (created.window == window)
+                    created.destroyed = true;
+        }
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static std::vector<Created> s_created;
+    HHOOK m_hook = nullptr;
+};
+std::vector<WindowCreations::Created> WindowCreations::s_created;
+
 TEST(ForegroundAttentionGrabber, IsAScopeGuardThatCannotBeCopied) {
     EXPECT_FALSE(std::is_copy_constructible_v<ForegroundAttentionGrabber>);
     EXPECT_FALSE(std::is_copy_assignable_v<ForegroundAttentionGrabber>);
@@ -64,9 +121,13 @@ bool GrabInFrontOf(const desktoptest::TestWindow& recorder, bool& attached) {
     if (GetForegroundWindow() != recorder.hwnd())
         return false;
     g_altMessages.clear();
+    WindowCreations creations;
     ForegroundAttentionGrabber grabber;
     attached = grabber.IsAttached();
     PumpFor(300);
+    // Without an attachment no unlock window is made.
+    EXPECT_TRUE(creations.hooked());
+    EXPECT_TRUE(creations.OfClass(L"Button").empty());
     return true;
 }
 
@@ -113,8 +174,18 @@ TEST(ForegroundAttentionGrabber, AttachesToAnotherProcessForegroundUntilDestroye
     ASSERT_NE(GetFocus(), edit);  // this thread's own input has no focus window of notepad's
 
     {
+        WindowCreations creations;
+        ASSERT_TRUE(creations.hooked());
         ForegroundAttentionGrabber grabber;
         EXPECT_TRUE(grabber.IsAttached());
+        // The unlock: one hidden, untitled "Button" pop-up made on the attached input (its focus is notepad's
+        // Edit) and closed again before the constructor returned.
+        std::vector<WindowCreations::Created> buttons = creations.OfClass(L"Button");
+        ASSERT_EQ(buttons.size(), 1u);
+        EXPECT_EQ(buttons[0].style, static_cast<LONG>(WS_POPUP));
+        EXPECT_EQ(buttons[0].title, L"");
+        EXPECT_EQ(buttons[0].focusAtCreation, edit);
+        EXPECT_TRUE(buttons[0].destroyed);
         // With the input attached, this thread shares notepad's input state: its focus is notepad's Edit.
         EXPECT_EQ(GetFocus(), edit);
         // The unlock window was closed at once: no "Button" pop-up of this process is left.

@@ -1,3 +1,4 @@
+#include "ImportHook.h"
 #include "TestWindow.h"
 
 #include <TavUtil.h>
@@ -52,6 +53,26 @@ TEST_F(WaitTest, TimesOutAfterTheTimeout) {
     const DWORD start = GetTickCount();
     EXPECT_EQ(wait.Wait(60, 5, false), CWAIT_TIMEOUT);
     EXPECT_GT(GetTickCount() - start, 60u);  // "more than" the timeout has passed
+}
+
+// The tick count as TavUtil.dll sees it during the wrap test: the start lies just before the wrap, every
+// later reading just after it; from the third reading on time jumps well past any timeout, so that a wait
+// that missed the wrap still ends (and the reading count tells).
+int g_tickReadings = 0;
+DWORD WINAPI WrappingTickCount() {
+    ++g_tickReadings;
+    if (g_tickReadings == 1)
+        return 0xFFFFFFF0u;
+    return g_tickReadings == 2 ? 5u : 0xFFFFFFF0u + 100000u;
+}
+
+TEST_F(WaitTest, WrappedTickCountEndsTheWaitAtTheFirstCheck) {
+    desktoptest::ImportHook hook("kernel32.dll", "GetTickCount", reinterpret_cast<void*>(&WrappingTickCount));
+    ASSERT_TRUE(hook.installed());
+    g_tickReadings = 0;
+    CWait wait;
+    EXPECT_EQ(wait.Wait(60000, 1, false), CWAIT_TIMEOUT);
+    EXPECT_EQ(g_tickReadings, 2);  // the start, then the first check saw start > now
 }
 
 TEST_F(WaitTest, AbortBeforeWaitReturnsAbortedAtOnce) {

@@ -232,6 +232,19 @@ TEST(ExecProgAndWaitForInit, ProgramThatNeverBecomesReadyGivesFalseAndKeepsRunni
     EXPECT_EQ(WaitForSingleObject(process.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
 }
 
+TEST(ExecProgAndWaitForInit, ReadyProgramWithoutAWindowIsStillASuccess) {
+    // Ready for input but no top-level window to bring forward: the three searches find nothing and the
+    // launch is reported as done all the same.
+    ProbeReport report;
+    FrontWindow front;
+    ASSERT_TRUE(front.IsForeground());
+    EXPECT_TRUE(ExecProgAndWaitForInit(ProbePath() + L" --nowindow", SW_SHOWNORMAL));
+    ASSERT_TRUE(report.Wait());
+    tav::UniqueHandle process(OpenProcess(SYNCHRONIZE, FALSE, report.Pid()));
+    ASSERT_TRUE(process);
+    EXPECT_EQ(WaitForSingleObject(process.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+}
+
 TEST(ExecProgAndWaitForInit, MissingProgramFails) {
     ProbeReport report;
     EXPECT_FALSE(ExecProgAndWaitForInit(report.dir() / L"missing.exe", SW_SHOWNORMAL));
@@ -258,6 +271,23 @@ TEST(BringProcessToForeground, EndedProcessGivesFalse) {
     ASSERT_TRUE(TerminateProcess(probe.handle(), 0));
     ASSERT_EQ(WaitForSingleObject(probe.handle(), 5000), static_cast<DWORD>(WAIT_OBJECT_0));
     EXPECT_FALSE(BringProcessToForeground(probe.id(), probe.handle()));
+}
+
+TEST(BringProcessToForeground, EndedHandleGivesFalseBeforeAnySearch) {
+    // The handle is looked at first: an ended process answers false even when the process id names a
+    // running process with a window, which is then left behind the test's window.
+    tavtest::RunningProgram ended;
+    ASSERT_TRUE(ended.Start(L"\"" + ProbePath() + L"\" --busy"));
+    ASSERT_TRUE(TerminateProcess(ended.handle(), 0));
+    ASSERT_EQ(WaitForSingleObject(ended.handle(), 5000), static_cast<DWORD>(WAIT_OBJECT_0));
+    tavtest::RunningProgram live;
+    ASSERT_TRUE(live.Start(L"\"" + ProbePath() + L"\""));
+    ASSERT_NE(live.WaitForWindow(L"TavLaunchProbe"), nullptr);
+    FrontWindow front;
+    ASSERT_TRUE(front.IsForeground());
+    EXPECT_FALSE(BringProcessToForeground(live.id(), ended.handle()));
+    tavtest::PumpFor(200);
+    EXPECT_TRUE(front.IsForeground());
 }
 
 TEST(BringProcessToForeground, ProcessWithoutWindowGivesFalse) {

@@ -9,6 +9,7 @@
 
 #include <stdexcept>
 #include <typeinfo>
+#include <vector>
 
 namespace {
 
@@ -295,6 +296,74 @@ TEST(ProcessFinderMissing, NoModuleWalkFallsBackToTheProcessEntry) {
     EXPECT_TRUE(finder.GetProcessFullName(GetCurrentProcessId(), path));
     // Wine keeps the bare file name in the process entry.
     EXPECT_EQ(proctest::FileNameOf(proctest::ImagePath(GetCurrentProcessId())), path);
+}
+
+// --- The console-session filter. Every process of the Wine session is in the console session, so the
+// session functions are replaced by ones that place chosen processes elsewhere.
+struct FakeSessions {
+    static constexpr DWORD kConsole = 1;
+    static constexpr DWORD kOther = 7;
+    static BOOL WINAPI SessionOf(DWORD pid, DWORD* session) {
+        if (pid == failingPid)
+            return FALSE;
+        *session = pid == consolePid ? kConsole : kOther;
+        return TRUE;
+    }
+    static DWORD WINAPI ConsoleSession() { return kConsole; }
+    static DWORD consolePid;  // the one process in the console session (0: none)
+    static DWORD failingPid;  // the process whose session cannot be read (0: none)
+};
+DWORD FakeSessions::consolePid = 0;
+DWORD FakeSessions::failingPid = 0;
+
+class ToolhelpWithSessions : public CProcessFinder2kPlus {
+public:
+    ToolhelpWithSessions(DWORD consolePid, DWORD failingPid) {
+        FakeSessions::consolePid = consolePid;
+        FakeSessions::failingPid = failingPid;
+        m_pProcessIdToSessionId = &FakeSessions::SessionOf;
+        m_pWTSGetActiveConsoleSessionId = &FakeSessions::ConsoleSession;
+    }
+};
+
+TEST(ProcessFinderSessions, ProcessOutsideTheConsoleSessionCountsOnlyWithoutTheFilter) {
+    const std::wstring self = proctest::FileNameOf(proctest::ImagePath(GetCurrentProcessId()));
+    ToolhelpWithSessions elsewhere(0, 0);
+    EXPECT_FALSE(elsewhere.IsProcessRunning(self.c_str(), true));
+    EXPECT_TRUE(elsewhere.IsProcessRunning(self.c_str(), false));
+    ToolhelpWithSessions unreadable(GetCurrentProcessId(), GetCurrentProcessId());
+    EXPECT_FALSE(unreadable.IsProcessRunning(self.c_str(), true));
+    ToolhelpWithSessions console(GetCurrentProcessId(), 0);
+    EXPECT_TRUE(console.IsProcessRunning(self.c_str(), true));
+}
+
+// Process IDs of the processes named `name`, in Toolhelp snapshot order.
+std::vector<DWORD> SnapshotIdsNamed(const wchar_t* name) {
+    std::vector<DWORD> ids;
+    tav::UniqueSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof(entry);
+    for (BOOL more = snapshot && Process32FirstW(snapshot.get(), &entry); more;
+         more = Process32NextW(snapshot.get(), &entry)) {
+        if (_wcsicmp(proctest::FileNameOf(entry.szExeFile).c_str(), name) == 0)
+            ids.push_back(entry.th32ProcessID);
+    }
+    return ids;
+}
+
+TEST(ProcessFinderSessions, WalkGoesOnPastMatchesOfOtherSessions) {
+    proctest::StartedProgram first(L"", L"notepad.exe");
+    proctest::StartedProgram second(L"", L"notepad.exe");
+    ASSERT_TRUE(first.started());
+    ASSERT_TRUE(second.started());
+    const std::vector<DWORD> notepads = SnapshotIdsNamed(L"notepad.exe");
+    ASSERT_GE(notepads.size(), 2u);
+    // Only the notepad listed last is in the console session: the earlier matches must be passed over.
+    ToolhelpWithSessions lastInConsole(notepads.back(), 0);
+    EXPECT_TRUE(lastInConsole.IsProcessRunning(L"notepad", true));
+    ToolhelpWithSessions noneInConsole(0, 0);
+    EXPECT_FALSE(noneInConsole.IsProcessRunning(L"notepad", true));
+    EXPECT_TRUE(noneInConsole.IsProcessRunning(L"notepad", false));
 }
 
 TEST(ProcessFinderChild, DISABLED_WithoutPsapi) {

@@ -2,7 +2,9 @@
 // file named by TAVPROBE_REPORT (process id, current folder, command line, foreground window, the show
 // command it was given or -1), then shows a
 // window of class "TavLaunchProbe" and runs until it is closed (or 60 s have passed). Given "--busy" it
-// never reads its message queue, so it never becomes ready for input, and ends after 60 s.
+// never reads its message queue, so it never becomes ready for input, and ends after 60 s. Given
+// "--nowindow" it reads its message queue (so it becomes ready for input) without ever making a window, and
+// ends after 60 s.
 #include <windows.h>
 
 #include <string>
@@ -64,6 +66,13 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int showCm
     if (wcsstr(commandLine, L"--busy")) {
         Sleep(kLifetimeMs);
         return 3;
+    }
+    if (wcsstr(commandLine, L"--nowindow")) {
+        SetTimer(nullptr, 0, kLifetimeMs, nullptr);
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != WM_TIMER) {
+        }
+        return 4;
     }
     WNDCLASSW windowClass = {};
     windowClass.lpfnWndProc = WindowProc;
