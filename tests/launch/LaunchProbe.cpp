@@ -101,8 +101,9 @@ LRESULT CALLBACK FrontWindow::Proc(HWND window, UINT message, WPARAM wParam, LPA
 }
 
 bool ForegroundBelongsTo(DWORD processId) {
-    // A foreground change to another process's window completes in that process: allow it a moment.
-    for (int waited = 0; waited < 2000; waited += 50) {
+    // A foreground change to another process's window completes in that process: allow it a moment,
+    // and a long one on a busy machine (the answer comes as soon as the change is seen).
+    for (int waited = 0; waited < 5000; waited += 50) {
         DWORD owner = 0;
         GetWindowThreadProcessId(GetForegroundWindow(), &owner);
         if (owner == processId)
