@@ -35,8 +35,10 @@ configure: $(BUILD)/build.ninja
 build: deps configure
 	cmake --build $(BUILD) -j $(JOBS)
 
+# A test executable that fails is run once more: a second failure fails the run. Wine under Xvfb has
+# been seen to lose a program at start-up, very rarely, on a loaded machine; a real defect fails twice.
 test: build
-	cd $(BUILD) && ctest --output-on-failure --timeout 900
+	cd $(BUILD) && ctest --output-on-failure --timeout 900 --repeat until-pass:2
 
 demo: build
 	bash demo/demo.sh $(BUILD)

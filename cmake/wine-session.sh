@@ -115,6 +115,7 @@ run)
     fi
     "$WINE" "$exe" "$@"
     rc=$?
+    [ "$rc" = 0 ] || log "$(basename "$exe") ended with status $rc"
     [ "$owned" = 1 ] && stop_session
     exit $rc
     ;;
