@@ -14,6 +14,13 @@ namespace {
 
 using launchtest::FrontWindow;
 using launchtest::ProbePath;
+
+// The started program is still running: the launch gave up waiting on it but did not end it.
+void ExpectStillRunning(DWORD processId) {
+    tav::UniqueHandle process(OpenProcess(SYNCHRONIZE, FALSE, processId));
+    ASSERT_TRUE(process);
+    EXPECT_EQ(WaitForSingleObject(process.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+}
 using launchtest::ProbeReport;
 using Str = CStdStr<wchar_t>;
 
@@ -227,9 +234,7 @@ TEST(ExecProgAndWaitForInit, ProgramThatNeverBecomesReadyGivesFalseAndKeepsRunni
     ProbeReport report;
     EXPECT_FALSE(ExecProgAndWaitForInit(ProbePath() + L" --busy", SW_SHOWNORMAL));
     ASSERT_TRUE(report.Wait());
-    tav::UniqueHandle process(OpenProcess(SYNCHRONIZE, FALSE, report.Pid()));
-    ASSERT_TRUE(process);
-    EXPECT_EQ(WaitForSingleObject(process.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    ExpectStillRunning(report.Pid());
 }
 
 TEST(ExecProgAndWaitForInit, ReadyProgramWithoutAWindowIsStillASuccess) {
@@ -240,9 +245,7 @@ TEST(ExecProgAndWaitForInit, ReadyProgramWithoutAWindowIsStillASuccess) {
     ASSERT_TRUE(front.IsForeground());
     EXPECT_TRUE(ExecProgAndWaitForInit(ProbePath() + L" --nowindow", SW_SHOWNORMAL));
     ASSERT_TRUE(report.Wait());
-    tav::UniqueHandle process(OpenProcess(SYNCHRONIZE, FALSE, report.Pid()));
-    ASSERT_TRUE(process);
-    EXPECT_EQ(WaitForSingleObject(process.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    ExpectStillRunning(report.Pid());
 }
 
 TEST(ExecProgAndWaitForInit, MissingProgramFails) {

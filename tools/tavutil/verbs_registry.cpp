@@ -104,11 +104,16 @@ int ReadValue(CRegistry& key, const std::wstring& keyText, const std::wstring& n
     return 0;
 }
 
+// Opens the key named on the command line (HKLM\..., HKCU\..., ...).
+long OpenNamedKey(CRegistry& reg, const std::wstring& keyText, bool readOnly) {
+    KeyPath key = ParseKey(keyText);
+    return reg.OpenKey(key.root, key.path.c_str(), readOnly);
+}
+
 int RunRead(const cli::Args& args) {
     cli::RequireCount(args, 1, 2);
-    KeyPath key = ParseKey(args[0]);
     CRegistry reg;
-    long status = reg.OpenKey(key.root, key.path.c_str(), true);
+    long status = OpenNamedKey(reg, args[0], true);
     if (status != ERROR_SUCCESS)
         return Failure(L"cannot open key " + args[0], status);
     return ReadValue(reg, args[0], args.size() > 1 ? args[1] : std::wstring());
@@ -116,9 +121,8 @@ int RunRead(const cli::Args& args) {
 
 int RunList(const cli::Args& args) {
     cli::RequireCount(args, 1, 1);
-    KeyPath key = ParseKey(args[0]);
     CRegistry reg;
-    long status = reg.OpenKey(key.root, key.path.c_str(), true);
+    long status = OpenNamedKey(reg, args[0], true);
     if (status != ERROR_SUCCESS)
         return Failure(L"cannot open key " + args[0], status);
     for (const wchar_t* name = reg.GetFirstSubkey(); name != nullptr; name = reg.GetNextSubkey())
@@ -128,9 +132,8 @@ int RunList(const cli::Args& args) {
 
 int RunWrite(const cli::Args& args) {
     cli::RequireCount(args, 3, 3);
-    KeyPath key = ParseKey(args[0]);
     CRegistry reg;
-    long status = reg.OpenKey(key.root, key.path.c_str(), false);
+    long status = OpenNamedKey(reg, args[0], false);
     if (status != ERROR_SUCCESS)
         return Failure(L"cannot open or create key " + args[0], status);
     status = reg.WriteStringValue(args[1].c_str(), CStdStr<wchar_t>(args[2]));
