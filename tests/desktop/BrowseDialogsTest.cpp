@@ -1,5 +1,6 @@
 #include "DialogDriver.h"
 #include "ImportHook.h"
+#include "Desktop.h"
 #include "TestWindow.h"
 
 #include <TavUtil.h>
@@ -43,8 +44,8 @@ struct FolderCall {
 };
 OpenFileCall g_openFile;
 FolderCall g_folder;
-desktoptest::ImportHook* g_openFileHook = nullptr;
-desktoptest::ImportHook* g_folderHook = nullptr;
+tavtest::ImportHook* g_openFileHook = nullptr;
+tavtest::ImportHook* g_folderHook = nullptr;
 
 BOOL WINAPI RecordGetOpenFileName(OPENFILENAMEW* ofn) {
     OpenFileCall& call = g_openFile;
@@ -80,9 +81,9 @@ bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) 
 class BrowseTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        openFileHook_ = std::make_unique<desktoptest::ImportHook>("comdlg32.dll", "GetOpenFileNameW",
+        openFileHook_ = std::make_unique<tavtest::ImportHook>("comdlg32.dll", "GetOpenFileNameW",
                                                                   reinterpret_cast<void*>(&RecordGetOpenFileName));
-        folderHook_ = std::make_unique<desktoptest::ImportHook>("shell32.dll", "SHBrowseForFolderW",
+        folderHook_ = std::make_unique<tavtest::ImportHook>("shell32.dll", "SHBrowseForFolderW",
                                                                 reinterpret_cast<void*>(&RecordBrowseForFolder));
         ASSERT_TRUE(openFileHook_->installed());
         ASSERT_TRUE(folderHook_->installed());
@@ -95,11 +96,11 @@ protected:
         tav::SetMainWnd(nullptr);
         openFileHook_.reset();
         folderHook_.reset();
-        desktoptest::DrainQueue();
+        tavtest::PumpMessages();
     }
 
     tavtest::TempDir temp_{L"tavbrowse"};
-    std::unique_ptr<desktoptest::ImportHook> openFileHook_, folderHook_;
+    std::unique_ptr<tavtest::ImportHook> openFileHook_, folderHook_;
 };
 
 const CStdStr<wchar_t> kFilter = L"Text files (*.txt)|*.txt|All files|*.*||";
@@ -177,7 +178,7 @@ TEST_F(BrowseTest, BrowseFilesEmptyTitleAndFolderPassNull) {
 
 TEST_F(BrowseTest, BrowseFilesIsOwnedByTheActiveWindow) {
     TestWindow window(nullptr, true);
-    SetForegroundWindow(window.hwnd());
+    ASSERT_TRUE(tavtest::BringToFront(window.hwnd()));
     SetActiveWindow(window.hwnd());
     ASSERT_EQ(GetActiveWindow(), window.hwnd());
     HWND dialogOwner = nullptr;
@@ -316,7 +317,7 @@ TEST_F(BrowseTest, ItemWithoutFileSystemPathGivesFalse) {
         SHGetSpecialFolderLocation(nullptr, CSIDL_DRIVES, &computer);
         SendMessageW(dialog, BFFM_SETSELECTIONW, FALSE, reinterpret_cast<LPARAM>(computer));
         CoTaskMemFree(computer);
-        Sleep(200);
+        desktoptest::WaitUntilSettled(dialog);
         desktoptest::Confirm(dialog);
     });
     CStdStr<wchar_t> folder = start;
@@ -440,8 +441,7 @@ TEST_F(BrowseTest, SettingsFollowTheRunningWindows) {
     for (const Row& row : rows) {
         tavtest::ChildResult result = tavtest::RunSelfAs({row.version, {}, row.expected},
                                                          "BrowseTest.DISABLED_ChildRecordsVersionDependentSettings");
-        EXPECT_EQ(result.exitCode, 0u) << tavtest::Narrow(row.version) << "\n" << result.output;
-        EXPECT_NE(result.output.find("[  PASSED  ] 1 test"), std::string::npos) << result.output;
+        EXPECT_TRUE(tavtest::ChildPassed(result)) << tavtest::Narrow(row.version);
     }
 }
 

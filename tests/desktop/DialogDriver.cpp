@@ -4,6 +4,8 @@
 #include <dlgs.h>
 #include <shlobj.h>
 
+#include "Desktop.h"
+
 namespace desktoptest {
 
 namespace {
@@ -21,43 +23,77 @@ BOOL CALLBACK FindDialog(HWND window, LPARAM param) {
 }
 
 HWND WaitForDialog(DWORD threadId, DWORD timeoutMs) {
-    for (DWORD waited = 0; waited < timeoutMs; waited += 20) {
-        Search search;
-        EnumThreadWindows(threadId, FindDialog, reinterpret_cast<LPARAM>(&search));
-        if (search.found != nullptr)
-            return search.found;
-        Sleep(20);
-    }
-    return nullptr;
+    Search search;
+    tavtest::WaitUntil(
+        [&] {
+            EnumThreadWindows(threadId, FindDialog, reinterpret_cast<LPARAM>(&search));
+            return search.found != nullptr;
+        },
+        timeoutMs);
+    return search.found;
 }
 
 bool WaitForClose(HWND dialog, DWORD timeoutMs) {
-    for (DWORD waited = 0; waited < timeoutMs; waited += 20) {
-        if (!IsWindow(dialog) || !IsWindowVisible(dialog))
-            return true;
-        Sleep(20);
-    }
-    return false;
+    return tavtest::WaitUntil([&] { return !IsWindow(dialog) || !IsWindowVisible(dialog); }, timeoutMs);
 }
 
-// The folder dialog fills its tree and moves the selection to the start folder after it shows, later on
-// a busy machine. Waits until the tree's selection has stayed the same for a few polls (at most 5 s).
-void WaitUntilSettled(HWND dialog) {
-    Sleep(300);
-    HWND tree = FindWindowExW(dialog, nullptr, L"SysTreeView32", nullptr);
-    if (tree == nullptr)
-        return;
-    LRESULT previous = 0;
-    int stable = 0;
-    for (int poll = 0; poll < 50 && stable < 3; ++poll) {
-        LRESULT caret = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0);
-        stable = caret != 0 && caret == previous ? stable + 1 : 0;
-        previous = caret;
-        Sleep(100);
+// What a dialog shows that still changes while it is being filled: its controls, and the selection of the
+// folder dialog's tree (null until the tree is filled).
+struct DialogPicture {
+    int controls = 0;
+    LRESULT treeSelection = 0;
+    bool hasTree = false;
+    bool operator==(const DialogPicture& o) const {
+        return controls == o.controls && treeSelection == o.treeSelection && hasTree == o.hasTree;
     }
+    bool operator!=(const DialogPicture& o) const { return !(*this == o); }
+};
+
+DialogPicture Picture(HWND dialog) {
+    DialogPicture picture;
+    EnumChildWindows(
+        dialog,
+        [](HWND, LPARAM count) -> BOOL {
+            ++*reinterpret_cast<int*>(count);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&picture.controls));
+    if (HWND tree = FindWindowExW(dialog, nullptr, L"SysTreeView32", nullptr)) {
+        picture.hasTree = true;
+        picture.treeSelection = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0);
+    }
+    return picture;
 }
 
 }  // namespace
+
+void WaitUntilSettled(HWND dialog) {
+    // The dialog's modal loop runs once it answers a message sent to it.
+    SendMessageTimeoutW(dialog, WM_NULL, 0, 0, SMTO_NORMAL, tavtest::kWaitMs, nullptr);
+    // The folder dialog fills its tree and moves the selection after it shows, later on a busy machine:
+    // settled is a picture that stayed the same for a while and over several looks (a look waits while the
+    // dialog is busy, so time alone could pass during a single one).
+    const DWORD kQuietMs = 300, kLookEveryMs = 50;
+    const int kSameLooks = 5;
+    DialogPicture last = Picture(dialog);
+    DWORD lastChange = GetTickCount(), lastLook = GetTickCount();
+    int sameLooks = 0;
+    tavtest::WaitUntil([&] {
+        if (GetTickCount() - lastLook < kLookEveryMs)
+            return false;
+        DialogPicture now = Picture(dialog);
+        lastLook = GetTickCount();
+        if (now != last) {
+            last = now;
+            lastChange = lastLook;
+            sameLooks = 0;
+        } else {
+            ++sameLooks;
+        }
+        return (!now.hasTree || now.treeSelection != 0) && sameLooks >= kSameLooks &&
+               lastLook - lastChange >= kQuietMs;
+    });
+}
 
 DialogDriver::DialogDriver(std::function<void(HWND)> action)
     : threadId_(GetCurrentThreadId()), thread_([this, action] { Run(action); }) {}
@@ -94,9 +130,30 @@ void ConfirmFile(HWND dialog, const std::wstring& path) {
 }
 
 void ConfirmFolder(HWND dialog, const std::wstring& path) {
-    SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
-    Sleep(200);
+    // The selection is made again until the tree shows it: a dialog still busy with its start folder could
+    // move it back.
+    const std::wstring leaf = path.substr(path.find_last_of(L'\\') + 1);
+    tavtest::WaitUntil([&] {
+        SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
+        WaitUntilSettled(dialog);
+        return SelectedFolderName(dialog) == leaf;
+    });
     Confirm(dialog);
+}
+
+std::wstring SelectedFolderName(HWND dialog) {
+    HWND tree = FindWindowExW(dialog, nullptr, L"SysTreeView32", nullptr);
+    if (tree == nullptr)
+        return {};
+    wchar_t text[MAX_PATH] = {};
+    TVITEMW item = {};
+    item.mask = TVIF_TEXT;
+    item.hItem = reinterpret_cast<HTREEITEM>(SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    item.pszText = text;
+    item.cchTextMax = MAX_PATH;
+    if (item.hItem == nullptr || !SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
+        return {};
+    return text;
 }
 
 std::wstring WindowText(HWND window) {
