@@ -11,15 +11,15 @@ void IdleFor(DWORD ms) { MsgWaitForMultipleObjects(0, nullptr, FALSE, ms, QS_ALL
 constexpr UINT kMarkerMessage = WM_APP + 0x3A5E;
 constexpr WPARAM kMarkerKey = VK_F24;
 
-void InjectMarkerKey() {
-    INPUT keys[2] = {};
-    for (INPUT& key : keys) {
-        key.type = INPUT_KEYBOARD;
-        key.ki.wVk = static_cast<WORD>(kMarkerKey);
-    }
-    keys[1].ki.dwFlags = KEYEVENTF_KEYUP;
-    SendInput(2, keys, sizeof(INPUT));
+void InjectMarkerKey(DWORD flags) {
+    INPUT key = {};
+    key.type = INPUT_KEYBOARD;
+    key.ki.wVk = static_cast<WORD>(kMarkerKey);
+    key.ki.dwFlags = flags;
+    SendInput(1, &key, sizeof(INPUT));
 }
+
+bool MarkerKeyDown() { return (GetAsyncKeyState(static_cast<int>(kMarkerKey)) & 0x8000) != 0; }
 
 }  // namespace
 
@@ -58,7 +58,8 @@ bool Settle(HWND window, DWORD timeoutMs) {
     bool messageSeen = false, keySeen = false;
     if (!PostMessageW(window, kMarkerMessage, 0, 0))
         return false;
-    InjectMarkerKey();
+    InjectMarkerKey(0);
+    InjectMarkerKey(KEYEVENTF_KEYUP);
     const DWORD start = GetTickCount();
     while (!(messageSeen && keySeen)) {
         MSG message;
@@ -90,24 +91,33 @@ bool SyncWithThreadOf(HWND window, DWORD timeoutMs) {
 }
 
 bool BringToFront(HWND window, HWND focus, DWORD timeoutMs) {
+    // Under Wine's X11 driver the window that takes the keyboard focus sets the keyboard state to the X
+    // server's a moment later, releasing every key pressed by program: a test that holds keys must not
+    // start before. A marker key pressed now is released by that; its release tells that it happened.
+    const bool focusMoves = GetForegroundWindow() != window;
+    if (focusMoves)
+        InjectMarkerKey(0);
     if (!IsWindowVisible(window))
         ShowWindow(window, SW_SHOW);
     // The request is repeated (another window may take the foreground back meanwhile), but not in a tight
     // loop: each one costs the window manager's messages.
     DWORD lastRequest = GetTickCount() - 1000;
-    return WaitUntil(
+    const bool inFront = WaitUntil(
         [&] {
-            const bool inFront = GetForegroundWindow() == window && (focus == nullptr || GetFocus() == focus);
-            if (!inFront && GetTickCount() - lastRequest >= 100) {
+            const bool done = GetForegroundWindow() == window && (focus == nullptr || GetFocus() == focus);
+            if (!done && GetTickCount() - lastRequest >= 100) {
                 lastRequest = GetTickCount();
                 if (GetForegroundWindow() != window)
                     SetForegroundWindow(window);
                 if (focus != nullptr && GetFocus() != focus)
                     SetFocus(focus);
             }
-            return inFront;
+            return done;
         },
         timeoutMs);
+    if (focusMoves && !WaitUntil([] { return !MarkerKeyDown(); }, inFront ? 2000 : 0))
+        InjectMarkerKey(KEYEVENTF_KEYUP);  // no focus change reached the X server: released here
+    return inFront;
 }
 
 std::vector<HWND> TopLevelWindowsOf(DWORD processId, const std::wstring& className) {
