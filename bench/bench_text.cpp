@@ -1,8 +1,9 @@
 // Literal text into a focused window: SendText against a raw SendInput loop sending the same events, each
 // timed until the window has received every character. The window only collects its WM_CHAR units: an
-// Edit control would spend most of the time laying out CJK and emoji glyphs, which is not typing. The two alternate (library, baseline, library, ...) so that a
-// machine getting slower or faster during the run touches both alike; the figures are the median, least
-// and greatest of the per-pair ratios (library time / baseline time).
+// Edit control would spend most of the time laying out CJK and emoji glyphs, which is not typing. The two
+// alternate (library, baseline, library, ...) so that a machine getting slower or faster during the run
+// touches both alike; the figures are the median, least and greatest of the per-pair ratios (library time
+// / baseline time).
 #include <TavUtil.h>
 
 #include <windows.h>
@@ -65,8 +66,9 @@ void RawType(const std::wstring& text) {
 // 1,000 UTF-16 units of mixed text: Latin with accents, the euro, CJK, an emoji (two units), script
 // characters, tabs and line breaks.
 std::wstring MixedText() {
-    const std::wstring words[] = {L"Gr\u00FC\u00DFe", L"caf\u00E9", L"\u20AC12", L"\u674E\u660E", L"\U0001F600",
-                                  L"{+^%~}", L"(a+b)", L"\t", L"plain", L"\n"};
+    const std::wstring words[] = {L"Gr\u00FC\u00DFe", L"caf\u00E9", L"\u20AC12", L"\u674E\u660E",
+                                  L"\U0001F600",      L"{+^%~}",    L"(a+b)",    L"\t",
+                                  L"plain",           L"\n"};
     std::wstring text;
     for (size_t i = 0; text.size() < 1000; ++i) {
         text += words[(i * 7) % 10];
@@ -107,8 +109,8 @@ int main() {
     wc.hInstance = GetModuleHandleW(nullptr);
     wc.lpszClassName = L"BenchTextCollector";
     RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400,
-                                  200, nullptr, nullptr, wc.hInstance, nullptr);
+    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+                                  400, 200, nullptr, nullptr, wc.hInstance, nullptr);
     SetForegroundWindow(window);
     SetFocus(window);
     PumpUntilReceived(0);
@@ -136,10 +138,10 @@ int main() {
     }
     std::sort(ratios.begin(), ratios.end());
     std::printf("%-48s library %10.1f us  baseline %10.1f us  (means of %d pairs)\n",
-                "SendText 1000 mixed units vs SendInput loop", 1e6 * libraryTotal / pairs, 1e6 * baselineTotal / pairs,
-                pairs);
-    std::printf("%-48s ratio median %.2f  min %.2f  max %.2f\n", "", ratios[ratios.size() / 2], ratios.front(),
-                ratios.back());
+                "SendText 1000 mixed units vs SendInput loop", 1e6 * libraryTotal / pairs,
+                1e6 * baselineTotal / pairs, pairs);
+    std::printf("%-48s ratio median %.2f  min %.2f  max %.2f\n", "", ratios[ratios.size() / 2],
+                ratios.front(), ratios.back());
     std::printf("text delivered whole: %d of %d runs (goal: all)\n", delivered, pairs);
     DestroyWindow(window);
     return delivered == pairs ? 0 : 1;
