@@ -5,6 +5,9 @@
 #include <shlobj.h>
 
 #include "Desktop.h"
+#include "TestSupport.h"
+
+#include <cstdio>
 
 namespace desktoptest {
 
@@ -133,11 +136,14 @@ void ConfirmFolder(HWND dialog, const std::wstring& path) {
     // The selection is made again until the tree shows it: a dialog still busy with its start folder could
     // move it back.
     const std::wstring leaf = path.substr(path.find_last_of(L'\\') + 1);
-    tavtest::WaitUntil([&] {
+    const bool shown = tavtest::WaitUntil([&] {
         SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
         WaitUntilSettled(dialog);
         return SelectedFolderName(dialog) == leaf;
     });
+    if (!shown)
+        std::fprintf(stderr, "dialog driver: the folder tree shows \"%s\" selected, not \"%s\"\n",
+                     tavtest::Narrow(SelectedFolderName(dialog)).c_str(), tavtest::Narrow(leaf).c_str());
     Confirm(dialog);
 }
 

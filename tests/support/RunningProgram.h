@@ -38,7 +38,9 @@ public:
         return true;
     }
 
-    // The first top-level window of class `className`, waiting up to `timeoutMs` for it to appear.
+    // The first top-level window of class `className`, waiting up to `timeoutMs` for it to appear and for
+    // its thread to answer: a window is listed as soon as it is made, and the program shows (and activates)
+    // it afterwards, which would take the foreground from a window the test brought to the front meanwhile.
     HWND WaitForWindow(const std::wstring& className, DWORD timeoutMs = kWaitMs) const {
         HWND found = nullptr;
         WaitUntil(
@@ -48,6 +50,8 @@ public:
                 return found != nullptr;
             },
             timeoutMs);
+        if (found != nullptr)
+            SyncWithThreadOf(found, timeoutMs);
         return found;
     }
 
