@@ -1,5 +1,7 @@
 #include "desktop/ForegroundAttentionGrabber.h"
 
+#include "system/detail/WindowsVersion.h"
+
 namespace {
 
 // One SendInput call with left Alt down and up: a keystroke of this process unlocks the foreground for it.
@@ -11,17 +13,6 @@ void TapLeftAlt() {
     inputs[1].ki.wVk = VK_LMENU;
     inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
     SendInput(2, inputs, sizeof(INPUT));
-}
-
-bool IsNtPlatform() {
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof(version);
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-    if (!GetVersionExW(&version))
-        return false;
-#pragma GCC diagnostic pop
-    return version.dwPlatformId == VER_PLATFORM_WIN32_NT;
 }
 
 }  // namespace
@@ -37,7 +28,7 @@ ForegroundAttentionGrabber::~ForegroundAttentionGrabber() {
 }
 
 void ForegroundAttentionGrabber::doOurBlackMagic() {
-    if (IsNtPlatform())
+    if (tav::system::IsNtFamily())
         TapLeftAlt();
 
     DWORD foregroundProcessId = 0;
