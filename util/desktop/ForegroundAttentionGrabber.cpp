@@ -22,6 +22,7 @@ ForegroundAttentionGrabber::ForegroundAttentionGrabber()
     doOurBlackMagic();
 }
 
+// The grabber is itself the guard of its attachment: the flag and the two thread ids are its settled fields.
 ForegroundAttentionGrabber::~ForegroundAttentionGrabber() {
     if (m_attached)
         AttachThreadInput(m_currentThreadId, m_foregroundThreadId, FALSE);
