@@ -157,7 +157,7 @@ int main() {
     volatile size_t sink = 0;
     bench::Options options;
     options.batches = 7;
-    options.pairs = 21;
+    options.pairs = 31;
     for (const auto& variant : variants) {
         const std::wstring reported = variant.finder->GetForegroundProcessFullName(0);
         std::printf("%s reports: %ls (raw calls: %ls)\n", variant.name, reported.c_str(), variant.raw().c_str());
