@@ -333,7 +333,7 @@ TEST_F(BrowseTest, ItemWithoutFileSystemPathGivesFalse) {
 // The shell's allocator refused: the chosen item list is freed all the same (through the COM task
 // allocator, which the shell's allocator is).
 std::vector<void*> g_taskMemoryFreed;
-desktoptest::ImportHook* g_taskFreeHook = nullptr;
+tavtest::ImportHook* g_taskFreeHook = nullptr;
 
 HRESULT WINAPI RefuseShellAllocator(IMalloc** allocator) {
     *allocator = nullptr;
@@ -346,8 +346,8 @@ void WINAPI RecordTaskMemoryFree(void* memory) {
 }
 
 TEST_F(BrowseTest, ChosenItemIsFreedWhenTheShellAllocatorIsRefused) {
-    desktoptest::ImportHook refuse("shell32.dll", "SHGetMalloc", reinterpret_cast<void*>(&RefuseShellAllocator));
-    desktoptest::ImportHook record("ole32.dll", "CoTaskMemFree", reinterpret_cast<void*>(&RecordTaskMemoryFree));
+    tavtest::ImportHook refuse("shell32.dll", "SHGetMalloc", reinterpret_cast<void*>(&RefuseShellAllocator));
+    tavtest::ImportHook record("ole32.dll", "CoTaskMemFree", reinterpret_cast<void*>(&RecordTaskMemoryFree));
     ASSERT_TRUE(refuse.installed());
     ASSERT_TRUE(record.installed());
     g_taskFreeHook = &record;

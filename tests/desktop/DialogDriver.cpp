@@ -68,6 +68,38 @@ DialogPicture Picture(HWND dialog) {
     return picture;
 }
 
+std::wstring ItemText(HWND tree, HTREEITEM handle) {
+    wchar_t text[MAX_PATH] = {};
+    TVITEMW item = {};
+    item.mask = TVIF_TEXT;
+    item.hItem = handle;
+    item.pszText = text;
+    item.cchTextMax = MAX_PATH;
+    if (handle == nullptr || !SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
+        return {};
+    return text;
+}
+
+HTREEITEM TreeItem(HWND tree, WPARAM relation, HTREEITEM from = nullptr) {
+    const LRESULT item = SendMessageW(tree, TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(from));
+    return reinterpret_cast<HTREEITEM>(item);
+}
+
+// Selects the item named `name` among the folder tree's selection and its siblings; true when found.
+bool SelectSibling(HWND dialog, const std::wstring& name) {
+    HWND tree = FindWindowExW(dialog, nullptr, L"SysTreeView32", nullptr);
+    HTREEITEM caret = tree != nullptr ? TreeItem(tree, TVGN_CARET) : nullptr;
+    HTREEITEM parent = caret != nullptr ? TreeItem(tree, TVGN_PARENT, caret) : nullptr;
+    if (parent == nullptr)
+        return false;
+    for (HTREEITEM item = TreeItem(tree, TVGN_CHILD, parent); item != nullptr;
+         item = TreeItem(tree, TVGN_NEXT, item)) {
+        if (_wcsicmp(ItemText(tree, item).c_str(), name.c_str()) == 0)
+            return SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item)) != 0;
+    }
+    return false;
+}
+
 }  // namespace
 
 void WaitUntilSettled(HWND dialog) {
@@ -136,9 +168,13 @@ void ConfirmFolder(HWND dialog, const std::wstring& path) {
     // The selection is made again until the tree shows it: a dialog still busy with its start folder could
     // move it back.
     const std::wstring leaf = path.substr(path.find_last_of(L'\\') + 1);
+    // On a loaded machine the dialog has been seen to keep its start folder selected whatever the message
+    // asks: then the folder is picked in the tree as a user would, among the selection's neighbours.
     const bool shown = tavtest::WaitUntil([&] {
         SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
         WaitUntilSettled(dialog);
+        if (SelectedFolderName(dialog) != leaf && SelectSibling(dialog, leaf))
+            WaitUntilSettled(dialog);
         return SelectedFolderName(dialog) == leaf;
     });
     if (!shown)
@@ -149,17 +185,7 @@ void ConfirmFolder(HWND dialog, const std::wstring& path) {
 
 std::wstring SelectedFolderName(HWND dialog) {
     HWND tree = FindWindowExW(dialog, nullptr, L"SysTreeView32", nullptr);
-    if (tree == nullptr)
-        return {};
-    wchar_t text[MAX_PATH] = {};
-    TVITEMW item = {};
-    item.mask = TVIF_TEXT;
-    item.hItem = reinterpret_cast<HTREEITEM>(SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
-    item.pszText = text;
-    item.cchTextMax = MAX_PATH;
-    if (item.hItem == nullptr || !SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
-        return {};
-    return text;
+    return tree != nullptr ? ItemText(tree, TreeItem(tree, TVGN_CARET)) : std::wstring();
 }
 
 std::wstring WindowText(HWND window) {
