@@ -25,6 +25,15 @@ struct Counter {
     int64_t perCall = 0;
 };
 
+// Objects of the platform that come and go on their own around some operations (the sound worker: a
+// thread with its window and its stack). `prepare` runs before each reading and brings them into the same
+// state for both; when their stacks still differ, the committed private pages are not compared (the heap
+// comparison still is).
+struct Platform {
+    std::function<void()> prepare;
+    bool comparePrivateMemory = true;
+};
+
 struct Options {
     bool quick = false;  // a smoke run: at most 100 calls per operation
     std::string filter;  // run only the operations whose name contains this text
@@ -36,7 +45,7 @@ public:
 
     // Calls `call` (after a warm-up) as often as its speed allows, prints one line and counts the result.
     void Check(const std::string& name, const std::function<void()>& call, const Kept& kept = {},
-               const Counter* counter = nullptr);
+               const Counter* counter = nullptr, const Platform& platform = {});
     // A line for an operation that could not be set up; it counts as checked and grown.
     void Fail(const std::string& name, const std::string& why);
     // Checks the meters themselves: `leak` leaks one thing per call, and the readings must show it.
@@ -47,7 +56,7 @@ public:
 
 private:
     void Measured(const std::string& name, const std::function<void()>& call, const Kept& kept,
-                  const Counter* counter);
+                  const Counter* counter, const Platform& platform);
     int CountFor(double msPerCall) const;
 
     Options options_;

@@ -80,18 +80,27 @@ void SoakSounds(Runner& runner) {
     regtest::RawSet(HKEY_CURRENT_USER, appKey + L"\\SoakEvent\\.Current", nullptr, REG_SZ,
                     regtest::TextBytes(wave + L'\0'));
 
+    // The platform's sound worker (a thread with a window) comes with a sound and ends some seconds after
+    // the last: right before each reading a sound played by the platform directly (synchronously, which also
+    // ends an asynchronous one still going) starts it, so that both readings see it.
+    const Platform kSoundRest{[wave] { PlaySoundW(wave.c_str(), nullptr, SND_FILENAME | SND_SYNC | SND_NODEFAULT); },
+                              false};
     // Without a sound device every play fails and logs a warning: the records are made, not printed.
     FILE* const logStream = OutputToFILE::Stream();
     OutputToFILE::Stream() = nullptr;
-    runner.Check("cWave play synchronous", [] { cWave().play(L"SoakEvent", cWave::PLAY_SYNC); });
-    runner.Check("cWave play asynchronous", [] { cWave().play(L"SoakEvent", cWave::PLAY_ASYNC); });
+    runner.Check("cWave play synchronous", [] { cWave().play(L"SoakEvent", cWave::PLAY_SYNC); }, {}, nullptr,
+                 kSoundRest);
+    runner.Check("cWave play asynchronous + stop by caller", [] {
+        cWave().play(L"SoakEvent", cWave::PLAY_ASYNC);
+        PlaySoundW(nullptr, nullptr, 0);
+    }, {}, nullptr, kSoundRest);
     // stopPlay stops nothing after a looping play (the repeat flag is never set): the caller stops the loop.
     runner.Check("cWave play looping + stopPlay + stop by caller", [] {
         cWave sound;
         sound.play(L"SoakEvent", cWave::PLAY_LOOP);
         sound.stopPlay();
         PlaySoundW(nullptr, nullptr, 0);
-    });
+    }, {}, nullptr, kSoundRest);
     runner.Check("cWave play unregistered event", [] { cWave().play(L"SoakNoSuchEvent", cWave::PLAY_SYNC); });
     OutputToFILE::Stream() = logStream;
     RegDeleteTreeW(HKEY_CURRENT_USER, appKey.c_str());
