@@ -36,7 +36,8 @@ double MillisecondsOf(const std::function<void()>& call, int times) {
     for (int i = 0; i < times; ++i)
         call();
     QueryPerformanceCounter(&end);
-    return 1000.0 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart);
+    return 1000.0 * static_cast<double>(end.QuadPart - start.QuadPart) /
+           static_cast<double>(frequency.QuadPart);
 }
 
 // Handles this thread's pending messages (operations that create windows or post to them leave some).
@@ -77,7 +78,8 @@ Judgement Judge(const Reading& before, const Reading& after, int calls, const Ke
         j.grew = true;
         note("heap " + Bytes(after.heapBytes - before.heapBytes) + " beyond " + Bytes(HeapTolerance(calls)));
     }
-    if (!kept.memory && platform.comparePrivateMemory && after.privateBytes - before.privateBytes > kPrivateTolerance) {
+    if (!kept.memory && platform.comparePrivateMemory &&
+        after.privateBytes - before.privateBytes > kPrivateTolerance) {
         j.grew = true;
         note("private memory " + Bytes(after.privateBytes - before.privateBytes) + " beyond " +
              Bytes(kPrivateTolerance));
@@ -92,7 +94,8 @@ Reading Settle(const Reading& before, int calls, const Kept& kept, const Platfor
     if (prepare)
         prepare();
     Reading after = Measure();
-    for (DWORD start = GetTickCount(); Judge(before, after, calls, kept, platform).grew && GetTickCount() - start < 3000;) {
+    for (DWORD start = GetTickCount();
+         Judge(before, after, calls, kept, platform).grew && GetTickCount() - start < 3000;) {
         PumpPending();
         Sleep(50);
         if (prepare)
@@ -167,11 +170,12 @@ void Runner::Measured(const std::string& name, const std::function<void()>& call
     if (j.grew)
         ++grown_;
 
-    printf("%-56s %5d calls %8.3f ms/call | handles %5ld -> %-5ld | GDI %4ld -> %-4ld | windows %3ld -> %-3ld | "
-           "heap %10s | private %10s | ",
-           name.c_str(), calls, ms / calls, before.handles, after.handles, before.gdiObjects, after.gdiObjects,
-           before.windows, after.windows, Delta(after.heapBytes - before.heapBytes).c_str(),
-           Delta(after.privateBytes - before.privateBytes).c_str());
+    printf(
+        "%-56s %5d calls %8.3f ms/call | handles %5ld -> %-5ld | GDI %4ld -> %-4ld | windows %3ld -> %-3ld | "
+        "heap %10s | private %10s | ",
+        name.c_str(), calls, ms / calls, before.handles, after.handles, before.gdiObjects, after.gdiObjects,
+        before.windows, after.windows, Delta(after.heapBytes - before.heapBytes).c_str(),
+        Delta(after.privateBytes - before.privateBytes).c_str());
     if (j.grew)
         printf("GREW: %s\n", j.notes.c_str());
     else if (!kept.rule.empty()) {
@@ -179,8 +183,8 @@ void Runner::Measured(const std::string& name, const std::function<void()>& call
         if (kept.handlesPerCall)
             growth += std::to_string(kept.handlesPerCall) + " handle per call";
         if (kept.memory)
-            growth += std::string(growth.empty() ? "" : ", ") + Bytes((after.heapBytes - before.heapBytes) / calls) +
-                      " of heap per call";
+            growth += std::string(growth.empty() ? "" : ", ") +
+                      Bytes((after.heapBytes - before.heapBytes) / calls) + " of heap per call";
         if (counter)
             growth += (growth.empty() ? "" : ", ") + std::to_string(counter->perCall) + " " + counter->name +
                       " per call";

@@ -83,8 +83,8 @@ void SoakSounds(Runner& runner) {
     // The platform's sound worker (a thread with a window) comes with a sound and ends some seconds after
     // the last: right before each reading a sound played by the platform directly (synchronously, which also
     // ends an asynchronous one still going) starts it, so that both readings see it.
-    const Platform kSoundRest{[wave] { PlaySoundW(wave.c_str(), nullptr, SND_FILENAME | SND_SYNC | SND_NODEFAULT); },
-                              false};
+    const Platform kSoundRest{
+        [wave] { PlaySoundW(wave.c_str(), nullptr, SND_FILENAME | SND_SYNC | SND_NODEFAULT); }, false};
     // Without a sound device every play fails and logs a warning: the records are made, not printed.
     FILE* const logStream = OutputToFILE::Stream();
     OutputToFILE::Stream() = nullptr;
@@ -110,18 +110,22 @@ void SoakForegroundGrabber(Runner& runner) {
     {
         KeySink sink;
         if (sink.BringToFront())
-            runner.Check("ForegroundAttentionGrabber (own window in front)", [] { ForegroundAttentionGrabber grab; });
+            runner.Check("ForegroundAttentionGrabber (own window in front)",
+                         [] { ForegroundAttentionGrabber grab; });
         else
-            runner.Fail("ForegroundAttentionGrabber (own window in front)", "the soak's window did not come to the front");
+            runner.Fail("ForegroundAttentionGrabber (own window in front)",
+                        "the soak's window did not come to the front");
     }
     tavtest::RunningProgram other;
     HWND window = nullptr;
     if (other.Start(L"\"" + tavtest::SelfPath() + L"\" " + kForegroundOption))
         window = other.WaitForWindow(L"TavSoakKeySink");
-    for (DWORD start = GetTickCount(); window && GetForegroundWindow() != window && GetTickCount() - start < 5000;)
+    for (DWORD start = GetTickCount();
+         window && GetForegroundWindow() != window && GetTickCount() - start < 5000;)
         Sleep(20);
     if (!window || GetForegroundWindow() != window) {
-        runner.Fail("ForegroundAttentionGrabber (other process in front)", "the second process's window is not in front");
+        runner.Fail("ForegroundAttentionGrabber (other process in front)",
+                    "the second process's window is not in front");
         return;
     }
     runner.Check("ForegroundAttentionGrabber (other process in front)", [] {

@@ -31,7 +31,8 @@ void SoakRegistry(Runner& runner) {
         CRegistry key;
         key.OpenKey(HKEY_CURRENT_USER, (path + L"\\missing").c_str(), readOnly);
     });
-    runner.Check("CRegistry opening constructor + destructor", [&] { CRegistry key(HKEY_CURRENT_USER, path.c_str(), readOnly); });
+    runner.Check("CRegistry opening constructor + destructor",
+                 [&] { CRegistry key(HKEY_CURRENT_USER, path.c_str(), readOnly); });
 
     CRegistry open(HKEY_CURRENT_USER, path.c_str(), writable);
     const CStdStr<wchar_t> text(L"soak value");
@@ -97,22 +98,26 @@ void SoakRegistryClass(Runner& runner) {
         {"SetRootKey + GetRootKey", [&] { settings.SetRootKey(settings.GetRootKey()); }},
         {"CreateKey", [&] { settings.CreateKey(path); }},
         {"SetKey existing", [&] { settings.SetKey(path, 0); }},
-        {"SetKey missing", [&] {
+        {"SetKey missing",
+         [&] {
              CRegistryClass other;
              other.SetKey(path + L"\\missing", 0);
          }},
-        {"ClearKey", [&] {
+        {"ClearKey",
+         [&] {
              CRegistryClass other = settings;
              other.ClearKey();
          }},
         {"PathIsValid + GetCurrentPath", [&] { settings.PathIsValid(), settings.GetCurrentPath(); }},
         {"KeyExists", [&] { settings.KeyExists(path); }},
-        {"DeleteKey", [&] {
+        {"DeleteKey",
+         [&] {
              regtest::RawCreate(HKEY_CURRENT_USER, scratch / L"leaf");
              settings.DeleteKey(path + L"\\leaf");
          }},
         {"DeleteKey missing", [&] { settings.DeleteKey(path + L"\\missing"); }},
-        {"DeleteValue", [&] {
+        {"DeleteValue",
+         [&] {
              settings.WriteDword(L"gone", 1);
              settings.DeleteValue(L"gone");
          }},
@@ -120,12 +125,14 @@ void SoakRegistryClass(Runner& runner) {
         {"GetDataSize", [&] { settings.GetDataSize(L"s"); }},
         {"GetDataType", [&] { settings.GetDataType(L"s"); }},
         {"GetSubKeyCount + GetValueCount", [&] { settings.GetSubKeyCount(), settings.GetValueCount(); }},
-        {"GetSubKeyName", [&] {
+        {"GetSubKeyName",
+         [&] {
              CString name;
              settings.GetSubKeyName(0, name);
          }},
         {"RenameValue", [&] { settings.RenameValue(L"s", L"renamed"); }},
-        {"SetLazyWrite 0 + WriteDword (flushes)", [&] {
+        {"SetLazyWrite 0 + WriteDword (flushes)",
+         [&] {
              settings.SetLazyWrite(0);
              settings.WriteDword(L"flushed", 3);
              settings.SetLazyWrite(1);
@@ -133,34 +140,37 @@ void SoakRegistryClass(Runner& runner) {
         {"ReadString", [&] { settings.ReadString(L"s", L"default"); }},
         {"ReadString missing", [&] { settings.ReadString(L"missing", L"default"); }},
         {"ReadDword", [&] { settings.ReadDword(L"d", 0); }},
-        {"ReadInt + ReadBool + ReadColor", [&] {
-             settings.ReadInt(L"i", 0), settings.ReadBool(L"i", 0), settings.ReadColor(L"i", 0);
-         }},
+        {"ReadInt + ReadBool + ReadColor",
+         [&] { settings.ReadInt(L"i", 0), settings.ReadBool(L"i", 0), settings.ReadColor(L"i", 0); }},
         {"ReadFloat", [&] { settings.ReadFloat(L"f", 0); }},
         {"ReadDateTime", [&] { settings.ReadDateTime(L"t", COleDateTime()); }},
-        {"ReadBinary", [&] {
+        {"ReadBinary",
+         [&] {
              unsigned char bytes[16];
              settings.ReadBinary(L"r", bytes, sizeof bytes);
          }},
-        {"ReadRect + ReadPoint + ReadSize", [&] {
+        {"ReadRect + ReadPoint + ReadSize",
+         [&] {
              CRect r;
              CPoint p;
              CSize s;
              settings.ReadRect(L"r", &r), settings.ReadPoint(L"p", &p), settings.ReadSize(L"p", &s);
          }},
-        {"ReadFont into a new font", [&] {
+        {"ReadFont into a new font",
+         [&] {
              CFont read;
              settings.ReadFont(L"font", &read);
          }},
         {"WriteString", [&] { settings.WriteString(L"s", L"text"); }},
         {"WriteDword", [&] { settings.WriteDword(L"d", 1); }},
-        {"WriteInt + WriteBool + WriteColor", [&] {
-             settings.WriteInt(L"i", 2), settings.WriteBool(L"b", 1), settings.WriteColor(L"c", 0xFF);
-         }},
+        {"WriteInt + WriteBool + WriteColor",
+         [&] { settings.WriteInt(L"i", 2), settings.WriteBool(L"b", 1), settings.WriteColor(L"c", 0xFF); }},
         {"WriteFloat", [&] { settings.WriteFloat(L"f", 1.5); }},
         {"WriteDateTime", [&] { settings.WriteDateTime(L"t", when); }},
-        {"WriteRect + WritePoint + WriteSize", [&] {
-             settings.WriteRect(L"r", &rect), settings.WritePoint(L"p", &point), settings.WriteSize(L"z", &size);
+        {"WriteRect + WritePoint + WriteSize",
+         [&] {
+             settings.WriteRect(L"r", &rect), settings.WritePoint(L"p", &point),
+                 settings.WriteSize(L"z", &size);
          }},
         {"WriteFont", [&] { settings.WriteFont(L"font", &font); }},
         {"copy + destructor", [&] { CRegistryClass copy(settings); }},

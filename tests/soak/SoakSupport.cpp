@@ -28,7 +28,8 @@ void SoakSupport(Runner& runner) {
     runner.Check("CSWandDeviceInfo search (not a support address)", [] {
         CSWandDeviceInfo().search(L"http://example.com/");
     });
-    runner.Check("CSWandDeviceInfo search (locale in the address)", [&] { CSWandDeviceInfo().search(withLocale); });
+    runner.Check("CSWandDeviceInfo search (locale in the address)",
+                 [&] { CSWandDeviceInfo().search(withLocale); });
     if (!LocaleKeyExists())
         runner.Check("CSWandDeviceInfo search (no Locale key)", [&] { CSWandDeviceInfo().search(address); });
 
@@ -38,7 +39,8 @@ void SoakSupport(Runner& runner) {
         runner.Fail("CSWandDeviceInfo search (Locale key)", "the Locale key could not be created");
         return;
     }
-    runner.Check("CSWandDeviceInfo search (Locale key)", [&] { CSWandDeviceInfo().search(address); }, localeKeyKept);
+    runner.Check(
+        "CSWandDeviceInfo search (Locale key)", [&] { CSWandDeviceInfo().search(address); }, localeKeyKept);
     runner.Check("SWAndDeviceInfoImpl search (Locale key, no trigger)", [&] {
         SWAndDeviceInfoImpl(nullptr).search(address);
     }, localeKeyKept);

@@ -41,8 +41,9 @@ void SoakSystem(Runner& runner) {
     runner.Check("VxWindowsPermissionsUtils IsMemberOf (3 groups)", [] {
         VxWindowsPermissionsUtils permissions;
         int member = 0;
-        for (auto group : {VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS, VxWindowsPermissionsUtils::GROUP_POWER_USERS,
-                           VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS_OR_POWER_USERS})
+        for (auto group :
+             {VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS, VxWindowsPermissionsUtils::GROUP_POWER_USERS,
+              VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS_OR_POWER_USERS})
             permissions.IsMemberOf(group, &member, 0);
     });
     runner.Check("VxWindowsPermissionsUtils IsAdministrator...", [] {
