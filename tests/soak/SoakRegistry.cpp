@@ -108,7 +108,9 @@ void SoakRegistryClass(Runner& runner) {
              CRegistryClass other = settings;
              other.ClearKey();
          }},
-        {"PathIsValid + GetCurrentPath", [&] { settings.PathIsValid(), settings.GetCurrentPath(); }},
+        {"PathIsValid + GetCurrentPath + GetLazyWrite + GetLastStatus", [&] {
+             settings.PathIsValid(), settings.GetCurrentPath(), settings.GetLazyWrite(), settings.GetLastStatus();
+         }},
         {"KeyExists", [&] { settings.KeyExists(path); }},
         {"DeleteKey",
          [&] {
