@@ -8,6 +8,8 @@
 
 #include "capi/TavUtilC.h"
 
+#include <TavUtil.h>
+
 #include <windows.h>
 #include <objbase.h>
 
