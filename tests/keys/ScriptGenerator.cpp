@@ -33,7 +33,7 @@ constexpr KeyName kNames[] = {
 // closing brace (plain outside a brace).
 const std::wstring kText = L"abcxyzABCXYZ0189 ,.;'/\\-=`!@#$&_:\"<>?|}\u00e9\u20ac";
 // Characters that only a brace types literally.
-const std::wstring kSpecial = L"+^%*()[]{}~";
+const std::wstring kLanguageCharacters = L"+^%*()[]{}~";
 const wchar_t kModifiers[] = L"+^%*";
 const WORD kModifierCodes[] = {VK_SHIFT, VK_CONTROL, VK_MENU, VK_LWIN};
 
@@ -76,7 +76,7 @@ void ScriptGenerator::BracedKey(const ScriptKinds& kinds, GeneratedScript& out) 
         return;
     }
     if (kind == 0) {  // a single character, the language's own characters included
-        const std::wstring pool = kText + kSpecial;
+        const std::wstring pool = kText + kLanguageCharacters;
         wchar_t ch = L' ';
         while (ch == L' ')  // a blank ends a brace's name: "{ }" names nothing
             ch = pool[static_cast<size_t>(Below(static_cast<int>(pool.size())))];
