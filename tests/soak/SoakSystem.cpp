@@ -35,6 +35,13 @@ private:
     int saved_ = -1;
 };
 
+// The window in front handles what it was sent, as a host's message loop would between two scripts.
+void PumpTyped() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageW(&message);
+}
+
 }  // namespace
 
 void SoakSystem(Runner& runner) {
@@ -65,15 +72,30 @@ void SoakSystem(Runner& runner) {
     runner.Check("CDynFuncLoad missing module", [] { CDynFuncLoad missing(L"tav-no-such-module.dll"); });
 
     runner.Check("PressKeyHelper create + destroy", [] { PressKeyHelper helper; });
-    KeySink sink;  // the Shift taps go to a window of the soak's own
+    KeySink sink;  // the keys go to a window of the soak's own, which takes them all
     if (!sink.BringToFront()) {
-        runner.Fail("PressKeyHelper Press (Shift down, up)", "the soak's window did not come to the front");
+        runner.Fail("PressKeyHelper Press and the typing functions",
+                    "the soak's window did not come to the front");
         return;
     }
     PressKeyHelper helper;
     runner.Check("PressKeyHelper Press (Shift down, up)", [&] {
         helper.Press(VK_SHIFT, 0);
         helper.Press(VK_SHIFT, KEYEVENTF_KEYUP);
+    });
+    // The key queue and the hold list are process-wide: a run and a hold released again leave nothing.
+    runner.Check("SendKeys (text, groups, braces, a hold released)", [] {
+        SendKeys(L"ab+(cd){LEFT 2}[^x]");
+        SendKeys_ReleaseAll();
+        PumpTyped();
+    });
+    runner.Check("SendKeysPaced (1 ms)", [] {
+        SendKeysPaced(L"ab+c", 1);
+        PumpTyped();
+    });
+    runner.Check("SendText", [] {
+        SendText(L"Gr\u00fc\u00dfe, \u674e\u660e \U0001F600");
+        PumpTyped();
     });
 }
 
