@@ -1,6 +1,11 @@
 # TavUtil: `make demo` and `make test` do all set-up on a fresh Debian 12 machine.
-BUILD ?= build
+# CONFIG=Debug (or RelWithDebInfo, ...) builds in its own folder, build-debug, unless BUILD says otherwise.
+CONFIG ?= Release
+BUILD ?= $(if $(filter Release,$(CONFIG)),build,build-$(shell echo $(CONFIG) | tr A-Z a-z))
 JOBS ?= $(shell nproc)
+# Test programs that share nothing run side by side (see cmake/TavUtilTesting.cmake); most of a test's time
+# is spent waiting on Wine and on windows, so a few more than the cores.
+TEST_JOBS ?= $(shell echo $$(( $(JOBS) + 2 )))
 TOOLCHAIN := cmake/mingw-w64-x86_64.cmake
 SESSION := cmake/wine-session.sh
 
@@ -10,7 +15,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja
 
-.PHONY: all deps configure build test demo bench install clean
+.PHONY: all deps configure build test demo bench install clean loaded-runs
 
 all: build
 
@@ -27,21 +32,32 @@ deps:
 	    DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq --no-install-recommends $$missing; \
 	fi
 
-$(BUILD)/build.ninja: | deps
-	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=Release
-
-configure: $(BUILD)/build.ninja
+# Configures when the folder is new or was configured for another CONFIG. The compile commands
+# (compile_commands.json) are written for editors; the source root gets a link to those of the default build.
+configure: deps
+	@if [ ! -f $(BUILD)/build.ninja ] || \
+	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null; then \
+	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG); \
+	fi
+	@[ -e compile_commands.json ] || [ "$(BUILD)" != build ] || ln -s build/compile_commands.json .
 
 build: deps configure
 	cmake --build $(BUILD) -j $(JOBS)
 
-# A test executable that fails is run once more: a second failure fails the run. Wine under Xvfb has
-# been seen to lose a program at start-up, very rarely, on a loaded machine; a real defect fails twice.
+# Every test program runs once: a failure is a failure.
 test: build
-	cd $(BUILD) && ctest --output-on-failure --timeout 900 --repeat until-pass:2
+	cd $(BUILD) && ctest --output-on-failure --timeout 900 -j $(TEST_JOBS)
 
-demo: build
+# The demonstration needs only the DLL and the command-line tool.
+demo: configure
+	cmake --build $(BUILD) --target tavutil -j $(JOBS)
 	bash demo/demo.sh $(BUILD)
+
+# RUNS full test runs, one after the other, while CPU burners keep every core busy: a test that fails only
+# on a loaded machine shows here (cmake/loaded-runs.sh).
+RUNS ?= 10
+loaded-runs: build
+	bash cmake/loaded-runs.sh $(BUILD) $(RUNS) $(TEST_JOBS)
 
 bench: build
 	cmake --build $(BUILD) --target benchmarks -j $(JOBS)

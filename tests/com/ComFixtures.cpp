@@ -1,5 +1,7 @@
 #include "ComFixtures.h"
 
+#include "Desktop.h"
+
 #include <atomic>
 
 namespace comtest {
@@ -76,14 +78,6 @@ RotRegistration::~RotRegistration() {
 
 namespace {
 
-void PumpPending() {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
-}
-
 HWND MakeWindow(const wchar_t* className, DWORD style) {
     WNDCLASSW windowClass = {};
     windowClass.lpfnWndProc = DefWindowProcW;
@@ -97,7 +91,7 @@ HWND MakeWindow(const wchar_t* className, DWORD style) {
 void DropWindow(HWND window, const wchar_t* className) {
     if (window != nullptr)
         DestroyWindow(window);
-    PumpPending();
+    tavtest::PumpMessages();
     UnregisterClassW(className, GetModuleHandleW(nullptr));
 }
 
@@ -110,8 +104,7 @@ SuiteHiddenWindow::SuiteHiddenWindow() : window_(MakeWindow(kHiddenClass, WS_POP
 SuiteHiddenWindow::~SuiteHiddenWindow() { DropWindow(window_, kHiddenClass); }
 
 ForegroundWindow::ForegroundWindow() : window_(MakeWindow(kForegroundClass, WS_OVERLAPPEDWINDOW | WS_VISIBLE)) {
-    SetForegroundWindow(window_);
-    PumpPending();
+    tavtest::BringToFront(window_);
 }
 ForegroundWindow::~ForegroundWindow() { DropWindow(window_, kForegroundClass); }
 

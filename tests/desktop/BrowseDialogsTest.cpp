@@ -1,5 +1,6 @@
 #include "DialogDriver.h"
 #include "ImportHook.h"
+#include "Desktop.h"
 #include "TestWindow.h"
 
 #include <TavUtil.h>
@@ -45,8 +46,8 @@ struct FolderCall {
 };
 OpenFileCall g_openFile;
 FolderCall g_folder;
-desktoptest::ImportHook* g_openFileHook = nullptr;
-desktoptest::ImportHook* g_folderHook = nullptr;
+tavtest::ImportHook* g_openFileHook = nullptr;
+tavtest::ImportHook* g_folderHook = nullptr;
 
 BOOL WINAPI RecordGetOpenFileName(OPENFILENAMEW* ofn) {
     OpenFileCall& call = g_openFile;
@@ -83,9 +84,9 @@ bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) 
 class BrowseTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        openFileHook_ = std::make_unique<desktoptest::ImportHook>("comdlg32.dll", "GetOpenFileNameW",
+        openFileHook_ = std::make_unique<tavtest::ImportHook>("comdlg32.dll", "GetOpenFileNameW",
                                                                   reinterpret_cast<void*>(&RecordGetOpenFileName));
-        folderHook_ = std::make_unique<desktoptest::ImportHook>("shell32.dll", "SHBrowseForFolderW",
+        folderHook_ = std::make_unique<tavtest::ImportHook>("shell32.dll", "SHBrowseForFolderW",
                                                                 reinterpret_cast<void*>(&RecordBrowseForFolder));
         ASSERT_TRUE(openFileHook_->installed());
         ASSERT_TRUE(folderHook_->installed());
@@ -98,11 +99,11 @@ protected:
         tav::SetMainWnd(nullptr);
         openFileHook_.reset();
         folderHook_.reset();
-        desktoptest::DrainQueue();
+        tavtest::PumpMessages();
     }
 
     tavtest::TempDir temp_{L"tavbrowse"};
-    std::unique_ptr<desktoptest::ImportHook> openFileHook_, folderHook_;
+    std::unique_ptr<tavtest::ImportHook> openFileHook_, folderHook_;
 };
 
 const CStdStr<wchar_t> kFilter = L"Text files (*.txt)|*.txt|All files|*.*||";
@@ -180,7 +181,7 @@ TEST_F(BrowseTest, BrowseFilesEmptyTitleAndFolderPassNull) {
 
 TEST_F(BrowseTest, BrowseFilesIsOwnedByTheActiveWindow) {
     TestWindow window(nullptr, true);
-    SetForegroundWindow(window.hwnd());
+    ASSERT_TRUE(tavtest::BringToFront(window.hwnd()));
     SetActiveWindow(window.hwnd());
     ASSERT_EQ(GetActiveWindow(), window.hwnd());
     HWND dialogOwner = nullptr;
@@ -319,7 +320,7 @@ TEST_F(BrowseTest, ItemWithoutFileSystemPathGivesFalse) {
         SHGetSpecialFolderLocation(nullptr, CSIDL_DRIVES, &computer);
         SendMessageW(dialog, BFFM_SETSELECTIONW, FALSE, reinterpret_cast<LPARAM>(computer));
         CoTaskMemFree(computer);
-        Sleep(200);
+        desktoptest::WaitUntilSettled(dialog);
         desktoptest::Confirm(dialog);
     });
     CStdStr<wchar_t> folder = start;
@@ -332,7 +333,7 @@ TEST_F(BrowseTest, ItemWithoutFileSystemPathGivesFalse) {
 // The shell's allocator refused: the chosen item list is freed all the same (through the COM task
 // allocator, which the shell's allocator is).
 std::vector<void*> g_taskMemoryFreed;
-desktoptest::ImportHook* g_taskFreeHook = nullptr;
+tavtest::ImportHook* g_taskFreeHook = nullptr;
 
 HRESULT WINAPI RefuseShellAllocator(IMalloc** allocator) {
     *allocator = nullptr;
@@ -345,8 +346,8 @@ void WINAPI RecordTaskMemoryFree(void* memory) {
 }
 
 TEST_F(BrowseTest, ChosenItemIsFreedWhenTheShellAllocatorIsRefused) {
-    desktoptest::ImportHook refuse("shell32.dll", "SHGetMalloc", reinterpret_cast<void*>(&RefuseShellAllocator));
-    desktoptest::ImportHook record("ole32.dll", "CoTaskMemFree", reinterpret_cast<void*>(&RecordTaskMemoryFree));
+    tavtest::ImportHook refuse("shell32.dll", "SHGetMalloc", reinterpret_cast<void*>(&RefuseShellAllocator));
+    tavtest::ImportHook record("ole32.dll", "CoTaskMemFree", reinterpret_cast<void*>(&RecordTaskMemoryFree));
     ASSERT_TRUE(refuse.installed());
     ASSERT_TRUE(record.installed());
     g_taskFreeHook = &record;
@@ -493,8 +494,7 @@ TEST_F(BrowseTest, SettingsFollowTheRunningWindows) {
     for (const Row& row : rows) {
         tavtest::ChildResult result = tavtest::RunSelfAs({row.version, {}, row.expected},
                                                          "BrowseTest.DISABLED_ChildRecordsVersionDependentSettings");
-        EXPECT_EQ(result.exitCode, 0u) << tavtest::Narrow(row.version) << "\n" << result.output;
-        EXPECT_NE(result.output.find("[  PASSED  ] 1 test"), std::string::npos) << result.output;
+        EXPECT_TRUE(tavtest::ChildPassed(result)) << tavtest::Narrow(row.version);
     }
 }
 

@@ -33,6 +33,10 @@ private:
     std::thread thread_;
 };
 
+// Waits until the dialog's modal loop runs and what it shows (its controls, the folder tree's selection) has
+// stopped changing, within a generous bound.
+void WaitUntilSettled(HWND dialog);
+
 // Actions.
 void Cancel(HWND dialog);
 void Confirm(HWND dialog);
@@ -40,6 +44,8 @@ void Confirm(HWND dialog);
 void ConfirmFile(HWND dialog, const std::wstring& path);
 // Moves the folder dialog's selection to `path`, waits for it to settle, and confirms.
 void ConfirmFolder(HWND dialog, const std::wstring& path);
+// The name the folder dialog's tree shows for its selection (empty when none).
+std::wstring SelectedFolderName(HWND dialog);
 
 std::wstring WindowText(HWND window);
 std::wstring ClassName(HWND window);

@@ -46,12 +46,4 @@ LRESULT CALLBACK TestWindow::Proc(HWND hwnd, UINT message, WPARAM wParam, LPARAM
     return DefWindowProcW(hwnd, message, wParam, lParam);
 }
 
-void DrainQueue() {
-    MSG msg;
-    for (int i = 0; i < 1000 && PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE); ++i) {
-        if (msg.message != WM_QUIT)
-            DispatchMessageW(&msg);  // dispatched, so that paint messages do not come back
-    }
-}
-
 }  // namespace desktoptest

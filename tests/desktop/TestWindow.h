@@ -28,7 +28,4 @@ private:
     HWND hwnd_ = nullptr;
 };
 
-// Removes every message waiting in the calling thread's queue (WM_QUIT included).
-void DrainQueue();
-
 }  // namespace desktoptest

@@ -1,4 +1,5 @@
 #include "ImportHook.h"
+#include "Desktop.h"
 #include "TestWindow.h"
 
 #include <TavUtil.h>
@@ -20,8 +21,8 @@ static_assert(std::has_virtual_destructor<CWait>::value, "CWait is polymorphic")
 // A window that counts what the pump hands it; every test starts and ends with an empty queue.
 class WaitTest : public ::testing::Test {
 protected:
-    void SetUp() override { desktoptest::DrainQueue(); }
-    void TearDown() override { desktoptest::DrainQueue(); }
+    void SetUp() override { tavtest::PumpMessages(); }
+    void TearDown() override { tavtest::PumpMessages(); }
 
     // Whether a message of `message` is waiting in the queue (it is removed).
     static bool TakeQueued(UINT message, MSG* out = nullptr) {
@@ -67,7 +68,7 @@ DWORD WINAPI WrappingTickCount() {
 }
 
 TEST_F(WaitTest, WrappedTickCountEndsTheWaitAtTheFirstCheck) {
-    desktoptest::ImportHook hook("kernel32.dll", "GetTickCount", reinterpret_cast<void*>(&WrappingTickCount));
+    tavtest::ImportHook hook("kernel32.dll", "GetTickCount", reinterpret_cast<void*>(&WrappingTickCount));
     ASSERT_TRUE(hook.installed());
     g_tickReadings = 0;
     CWait wait;

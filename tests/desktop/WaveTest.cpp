@@ -2,7 +2,9 @@
 
 #include <TavUtil.h>
 
-#include "../support/TestSupport.h"
+#include "RegistryFixture.h"
+#include "ScopedLogStream.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -29,7 +31,7 @@ struct SoundCall {
     BOOL result = FALSE;
 };
 std::vector<SoundCall> g_calls;
-desktoptest::ImportHook* g_hook = nullptr;
+tavtest::ImportHook* g_hook = nullptr;
 
 BOOL WINAPI RecordPlaySound(LPCWSTR sound, HMODULE module, DWORD flags) {
     SoundCall call;
@@ -70,45 +72,46 @@ class WaveTest : public ::testing::Test {
 protected:
     void SetUp() override {
         appKey_ = L"AppEvents\\Schemes\\Apps\\" + std::wstring(cWave::applicationName());
-        ASSERT_NE(RegDeleteTreeW(HKEY_CURRENT_USER, appKey_.c_str()), ERROR_SUCCESS)
+        // Probed with an open: a scheme found here is someone else's, left alone, and the test stops.
+        ASSERT_FALSE(tavtest::KeyExists(HKEY_CURRENT_USER, appKey_))
             << "a sound scheme for the test executable exists before the test";
+        ownsAppKey_ = true;
         wavePath_ = temp_ / L"chime.wav";
         ASSERT_TRUE(tavtest::WriteFileBytes(wavePath_, SilentWave()));
-        hook_ = std::make_unique<desktoptest::ImportHook>("winmm.dll", "PlaySoundW",
+        hook_ = std::make_unique<tavtest::ImportHook>("winmm.dll", "PlaySoundW",
                                                           reinterpret_cast<void*>(&RecordPlaySound));
         ASSERT_TRUE(hook_->installed());
         g_hook = hook_.get();
         g_calls.clear();
-        // Failed plays log a warning each; only the test that checks the log keeps it.
-        previousLog_ = OutputToFILE::Stream();
-        OutputToFILE::Stream() = nullptr;
     }
     void TearDown() override {
-        OutputToFILE::Stream() = previousLog_;
         hook_.reset();
         g_hook = nullptr;
-        RegDeleteTreeW(HKEY_CURRENT_USER, appKey_.c_str());
+        if (ownsAppKey_)
+            tavtest::DeleteKeyTree(HKEY_CURRENT_USER, appKey_);
         PlaySoundW(nullptr, nullptr, 0);
     }
 
     // Creates the event's ".Current" key; with a value pointer, sets its default value.
     void Register(const std::wstring& event, const std::wstring* value) {
-        HKEY key = nullptr;
+        tav::UniqueKey key;
         std::wstring path = appKey_ + L"\\" + event + L"\\.Current";
-        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
+        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(),
+                                  nullptr),
                   ERROR_SUCCESS);
         if (value)
-            RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value->c_str()),
+            RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value->c_str()),
                            static_cast<DWORD>((value->size() + 1) * sizeof(wchar_t)));
-        RegCloseKey(key);
     }
     void RegisterWave(const std::wstring& event) { Register(event, &wavePath_); }
 
     tavtest::TempDir temp_{L"tavwave"};
     std::wstring appKey_;
     std::wstring wavePath_;
-    std::unique_ptr<desktoptest::ImportHook> hook_;
-    FILE* previousLog_ = nullptr;
+    std::unique_ptr<tavtest::ImportHook> hook_;
+    bool ownsAppKey_ = false;
+    // Failed plays log a warning each; only the test that checks the log keeps it.
+    tavtest::ScopedLogStream quiet_{nullptr};
 };
 
 TEST_F(WaveTest, ApplicationNameIsTheExecutableName) {
@@ -204,13 +207,11 @@ TEST_F(WaveTest, MissingFileGivesFalse) {
 TEST_F(WaveTest, FailedPlayIsLoggedAtWarning) {
     RegisterWave(L"Chime");
     const std::wstring logPath = temp_ / L"log.txt";
-    FILE* log = _wfopen(logPath.c_str(), L"wb");
-    ASSERT_NE(log, nullptr);
-    OutputToFILE::Stream() = log;
+    tavtest::ScopedLogStream log(logPath, L"wb");
+    ASSERT_TRUE(log.ok());
     cWave wave;
     const bool played = wave.play(L"Chime", cWave::PLAY_SYNC);
-    OutputToFILE::Stream() = nullptr;
-    fclose(log);
+    log.Restore();
     ASSERT_FALSE(played);
 
     std::ifstream in(tavtest::Narrow(logPath), std::ios::binary);

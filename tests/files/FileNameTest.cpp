@@ -270,8 +270,7 @@ TEST(FileName, DefaultConstructorInAFolderWithBlanks) {
         tavtest::RunProgram(L"\"" + folder +
                             L"\\app.exe\" --gtest_also_run_disabled_tests "
                             L"--gtest_filter=FileNameChild.DISABLED_PrintDefaultConstructed");
-    ASSERT_TRUE(run.finished);
-    EXPECT_EQ(run.exitCode, 0u) << run.output;
+    EXPECT_TRUE(tavtest::ChildPassed(run));
     EXPECT_NE(run.output.find("default=[" + tavtest::Narrow(folder) + "\\]"), std::string::npos)
         << run.output;
 }

@@ -23,8 +23,8 @@ TEST_F(KeysCommands, PostCommandPostsAndTypesNothing) {
     RecorderWindow recorder;
     EXPECT_EQ(SKERR_NONE, SendKeys(L"x{PostCommand 1f4}"));
     EXPECT_TRUE(recorder.messages.empty()) << "posted, so not there before the messages are pumped";
-    PumpUntil([&] { return !recorder.messages.empty(); }, 2000);
-    PumpFor(100);
+    tavtest::WaitUntil([&] { return !recorder.messages.empty(); });
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_EQ((std::vector<WindowMessage>{{WM_COMMAND, 0x1F4, 0}}), recorder.messages);
     EXPECT_TRUE(recorder.keys.empty()) << "no x: " << Describe(recorder.keys);
 }
@@ -33,7 +33,7 @@ TEST_F(KeysCommands, SendCommandArrivesBeforeSendKeysReturns) {
     RecorderWindow recorder;
     EXPECT_EQ(SKERR_NONE, SendKeys(L"{SendCommand 8001}"));
     EXPECT_EQ((std::vector<WindowMessage>{{WM_COMMAND, 0x8001, 0}}), recorder.messages);
-    PumpFor(100);
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_TRUE(recorder.keys.empty()) << Describe(recorder.keys);
 }
 
@@ -44,7 +44,7 @@ TEST_F(KeysCommands, SendAndPostMessageCarryTheirValues) {
     recorder.Clear();
     EXPECT_EQ(SKERR_NONE, SendKeys(L"{PostMessage 8002 abc FFFF}"));
     EXPECT_TRUE(recorder.messages.empty());
-    PumpUntil([&] { return !recorder.messages.empty(); }, 2000);
+    tavtest::WaitUntil([&] { return !recorder.messages.empty(); });
     EXPECT_EQ((std::vector<WindowMessage>{{0x8002, 0xABC, 0xFFFF}}), recorder.messages);
     recorder.Clear();
     EXPECT_EQ(SKERR_NONE, SendKeys(L"{sendmessage 8003}"));  // any case; missing values are 0
@@ -55,15 +55,15 @@ TEST_F(KeysCommands, WordsStandAnywhereAndTheOtherKeysAreNotTyped) {
     RecorderWindow recorder;
     // The number after a word keeps the value of the position before when none follows.
     EXPECT_EQ(SKERR_NONE, tav::keys::RunKeyScript(L"ab {ENTER} {PostCommand 2a} cd {POSTCOMMAND }"));
-    PumpUntil([&] { return recorder.messages.size() >= 2; }, 2000);
-    PumpFor(100);
+    tavtest::WaitUntil([&] { return recorder.messages.size() >= 2; });
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_EQ((std::vector<WindowMessage>{{WM_COMMAND, 0x2A, 0}, {WM_COMMAND, 0x2A, 0}}), recorder.messages);
     EXPECT_TRUE(recorder.keys.empty()) << Describe(recorder.keys);
 
     // Without a blank the brace is part of the word: no command, an unknown key name, nothing typed.
     recorder.Clear();
     EXPECT_EQ(SKERR_INVALIDKEY, tav::keys::RunKeyScript(L"a{PostCommand}"));
-    PumpFor(150);
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_TRUE(recorder.messages.empty());
     EXPECT_TRUE(recorder.keys.empty()) << Describe(recorder.keys);
 }
@@ -74,8 +74,8 @@ TEST_F(KeysCommands, MenuDeliversTheMessagesOfAClickInOrder) {
     ASSERT_NE(nullptr, bar);
     HMENU editMenu = GetSubMenu(bar, 1);
     EXPECT_EQ(SKERR_NONE, tav::keys::RunKeyScript(L"{Menu 1 0}"));
-    PumpUntil([&] { return !Only(recorder.messages, WM_COMMAND).empty(); }, 2000);
-    PumpFor(100);
+    tavtest::WaitUntil([&] { return !Only(recorder.messages, WM_COMMAND).empty(); });
+    EXPECT_TRUE(recorder.Settle());
     const std::vector<WindowMessage> expected = {
         {WM_INITMENU, reinterpret_cast<WPARAM>(bar), 0},
         {WM_MENUSELECT, 0x80900001, reinterpret_cast<LPARAM>(bar)},
@@ -89,7 +89,7 @@ TEST_F(KeysCommands, MenuDeliversTheMessagesOfAClickInOrder) {
 
     recorder.Clear();
     EXPECT_EQ(SKERR_NONE, SendKeys(L"{menu 0 1}"));
-    PumpUntil([&] { return !Only(recorder.messages, WM_COMMAND).empty(); }, 2000);
+    tavtest::WaitUntil([&] { return !Only(recorder.messages, WM_COMMAND).empty(); });
     EXPECT_EQ((std::vector<WindowMessage>{{WM_COMMAND, 101, 0}}), Only(recorder.messages, WM_COMMAND));
 }
 
@@ -98,7 +98,7 @@ TEST_F(KeysCommands, MenuFailures) {
         RecorderWindow noMenu(false);
         EXPECT_EQ(SKERR_MENUFAILED, tav::keys::RunKeyScript(L"{Menu 0 0}"));
         EXPECT_EQ(SKERR_NONE, SendKeys(L"{Menu 0 0}")) << "SendKeys passes no run result on";
-        PumpFor(100);
+        EXPECT_TRUE(noMenu.Settle());
         EXPECT_TRUE(noMenu.messages.empty());
     }
     RecorderWindow recorder(true);
@@ -111,13 +111,13 @@ TEST_F(KeysCommands, MenuFailures) {
     // No such item: the pop-up was initialised too, and no command follows.
     recorder.Clear();
     EXPECT_EQ(SKERR_MENUFAILED, tav::keys::RunKeyScript(L"{Menu 0 7}"));
-    PumpFor(100);
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_EQ(3u, recorder.messages.size());
     EXPECT_TRUE(Only(recorder.messages, WM_COMMAND).empty());
     // A failed menu ends the scan at once, also after an earlier command ran; nothing is typed.
     recorder.Clear();
     EXPECT_EQ(SKERR_MENUFAILED, tav::keys::RunKeyScript(L"ab{PostCommand 5}{Menu 9 9}{PostCommand 6}"));
-    PumpFor(150);
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_EQ((std::vector<WindowMessage>{{WM_COMMAND, 5, 0}}), Only(recorder.messages, WM_COMMAND));
     EXPECT_TRUE(recorder.keys.empty()) << Describe(recorder.keys);
 }
@@ -126,12 +126,12 @@ TEST_F(KeysCommands, LongWordsAreReadWithinBounds) {
     RecorderWindow recorder;
     std::wstring script = L"{" + std::wstring(100000, L'P') + L" 1 {PostCommand 3}";
     EXPECT_EQ(SKERR_NONE, tav::keys::RunKeyScript(script.c_str()));
-    PumpUntil([&] { return !recorder.messages.empty(); }, 2000);
+    tavtest::WaitUntil([&] { return !recorder.messages.empty(); });
     EXPECT_EQ((std::vector<WindowMessage>{{WM_COMMAND, 3, 0}}), recorder.messages);
     // A word that begins like a command word is not one.
     recorder.Clear();
     EXPECT_EQ(SKERR_INVALIDKEY, tav::keys::RunKeyScript(L"{PostCommandX 3}"));
-    PumpFor(100);
+    EXPECT_TRUE(recorder.Settle());
     EXPECT_TRUE(recorder.messages.empty());
 }
 

@@ -211,8 +211,8 @@ TEST_F(KeysGuide, WindowCommandExamplesSendACommandAndTypeNothing) {
             "guide line " + std::to_string(example.line) + ": " + tavtest::Narrow(example.script);
         recorder.Clear();
         EXPECT_EQ(SKERR_NONE, tav::keys::RunKeyScript(example.script.c_str())) << where;
-        EXPECT_TRUE(PumpUntil([&] { return !recorder.messages.empty(); })) << where;
-        PumpFor(50);
+        EXPECT_TRUE(tavtest::WaitUntil([&] { return !recorder.messages.empty(); })) << where;
+        EXPECT_TRUE(recorder.Settle()) << where;
         EXPECT_TRUE(recorder.keys.empty()) << where << ": " << Describe(recorder.keys);
         ++checked;
     }

@@ -9,7 +9,7 @@ namespace {
 
 using namespace keytest;
 
-bool IsDown(int vk) { return (GetAsyncKeyState(vk) & 0x8000) != 0; }
+bool IsDown(UINT vk) { return IsKeyDown(vk); }
 
 std::vector<WORD> HeldCodes() {
     std::vector<WORD> codes;

@@ -3,6 +3,7 @@
 #include <TavUtil.h>
 
 #include <cstdio>
+#include <thread>
 
 namespace keytest {
 
@@ -48,26 +49,6 @@ HMENU MakeMenuBar() {
 
 }  // namespace
 
-void PumpFor(DWORD ms) {
-    PumpUntil([] { return false; }, ms);
-}
-
-bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs) {
-    DWORD start = GetTickCount();
-    for (;;) {
-        MSG msg;
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageW(&msg);
-        }
-        if (done())
-            return true;
-        if (GetTickCount() - start >= timeoutMs)
-            return done();
-        Sleep(0);
-    }
-}
-
 std::string Describe(const std::vector<KeyEvent>& events) {
     std::string text;
     for (const KeyEvent& e : events) {
@@ -82,20 +63,13 @@ std::string Describe(const std::vector<KeyEvent>& events) {
     return text;
 }
 
-bool BringToFront(HWND window, HWND focus) {
-    ShowWindow(window, SW_SHOW);
-    SetForegroundWindow(window);
-    SetFocus(focus);
-    return PumpUntil([&] { return GetForegroundWindow() == window && GetFocus() == focus; }, 3000);
-}
-
 EditWindow::EditWindow() {
     RegisterClassOnce(kEditHostClass, EditHostProc);
     window_ = CreateWindowExW(0, kEditHostClass, L"keys test: Edit", WS_OVERLAPPEDWINDOW, 40, 40, 500, 300,
                               nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
     edit_ = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL,
                             0, 0, 480, 260, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
-    EXPECT_TRUE(BringToFront(window_, edit_)) << "the Edit window did not come to the front";
+    EXPECT_TRUE(tavtest::BringToFront(window_, edit_)) << "the Edit window did not come to the front";
 }
 
 EditWindow::~EditWindow() { DestroyWindow(window_); }
@@ -110,12 +84,12 @@ std::wstring EditWindow::Text() const {
 
 void EditWindow::Clear() {
     SetWindowTextW(edit_, L"");
-    BringToFront(window_, edit_);
+    tavtest::BringToFront(window_, edit_);
 }
 
 std::wstring EditWindow::WaitForText(const std::wstring& expected, DWORD timeoutMs) {
-    PumpUntil([&] { return Text() == expected; }, timeoutMs);
-    PumpFor(50);
+    tavtest::WaitUntil([&] { return Text() == expected; }, timeoutMs);
+    tavtest::Settle(window_);
     return Text();
 }
 
@@ -123,8 +97,8 @@ RecorderWindow::RecorderWindow(bool withMenu) {
     RegisterClassOnce(kRecorderClass, Proc);
     window_ = CreateWindowExW(0, kRecorderClass, L"keys test: recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400, 200,
                               nullptr, withMenu ? MakeMenuBar() : nullptr, GetModuleHandleW(nullptr), this);
-    EXPECT_TRUE(BringToFront(window_, window_)) << "the recorder did not come to the front";
-    PumpFor(20);
+    EXPECT_TRUE(tavtest::BringToFront(window_, window_)) << "the recorder did not come to the front";
+    EXPECT_TRUE(Settle()) << "the recorder's queue did not settle";
     Clear();
 }
 
@@ -134,8 +108,8 @@ RecorderWindow::~RecorderWindow() {
 }
 
 const std::vector<KeyEvent>& RecorderWindow::WaitForKeys(size_t count, DWORD timeoutMs) {
-    PumpUntil([&] { return keys.size() >= count; }, timeoutMs);
-    PumpFor(50);
+    tavtest::WaitUntil([&] { return keys.size() >= count; }, timeoutMs);
+    Settle();
     return keys;
 }
 
@@ -171,10 +145,31 @@ LRESULT CALLBACK RecorderWindow::Proc(HWND window, UINT message, WPARAM wParam, 
 
 std::vector<UINT> PressedKeys() {
     std::vector<UINT> pressed;
-    for (UINT vk = 0x07; vk <= 0xFE; ++vk)
-        if ((GetAsyncKeyState(static_cast<int>(vk)) & 0x8000) != 0)
-            pressed.push_back(vk);
+    std::thread reader([&pressed] {
+        for (UINT vk = 0x07; vk <= 0xFE; ++vk)
+            if ((GetAsyncKeyState(static_cast<int>(vk)) & 0x8000) != 0)
+                pressed.push_back(vk);
+    });
+    reader.join();
     return pressed;
+}
+
+bool IsKeyDown(UINT vk) {
+    bool down = false;
+    std::thread reader([vk, &down] { down = (GetAsyncKeyState(static_cast<int>(vk)) & 0x8000) != 0; });
+    reader.join();
+    return down;
+}
+
+testing::AssertionResult NoKeyPressed() {
+    const std::vector<UINT> pressed = PressedKeys();
+    if (pressed.empty())
+        return testing::AssertionSuccess();
+    testing::AssertionResult failure = testing::AssertionFailure();
+    failure << "keys left pressed (virtual keys):";
+    for (UINT vk : pressed)
+        failure << " " << vk;
+    return failure;
 }
 
 void KeysTest::TearDown() {
@@ -202,7 +197,7 @@ void KeysTest::TearDown() {
         }
         if (round == 0)
             ADD_FAILURE() << "keys left pressed (virtual keys, released now): " << names;
-        PumpFor(20);
+        tavtest::PumpFor(20);
     }
 }
 

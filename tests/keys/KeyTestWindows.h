@@ -3,21 +3,16 @@
 // (input reaches only the foreground window) and is destroyed with its owner object.
 #pragma once
 
+#include "Desktop.h"
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 namespace keytest {
-
-// Handles the calling thread's messages for `ms` milliseconds (a tight loop: input is delivered only as
-// fast as the receiver pumps).
-void PumpFor(DWORD ms);
-// Pumps until `done` holds or `timeoutMs` passed; the final value of `done`.
-bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs = 5000);
 
 // One key message as a window procedure saw it.
 struct KeyEvent {
@@ -42,9 +37,6 @@ struct WindowMessage {
     }
 };
 
-// Brings `window` to the front with the focus on `focus`; false when it did not become the foreground.
-bool BringToFront(HWND window, HWND focus);
-
 // A top-level window whose multi-line Edit child has the focus.
 class EditWindow {
 public:
@@ -56,8 +48,9 @@ public:
     HWND window() const { return window_; }
     std::wstring Text() const;
     void Clear();
-    // Pumps until the Edit shows `expected` (and a little longer, so that late keys would show too).
-    std::wstring WaitForText(const std::wstring& expected, DWORD timeoutMs = 5000);
+    // Pumps until the Edit shows `expected`, and then until every key typed so far has arrived (so that
+    // keys beyond the expected text show too).
+    std::wstring WaitForText(const std::wstring& expected, DWORD timeoutMs = tavtest::kWaitMs);
 
 private:
     HWND window_ = nullptr;
@@ -81,16 +74,25 @@ public:
         keys.clear();
         messages.clear();
     }
-    // Pumps until `count` key events arrived, then a little longer; the events.
-    const std::vector<KeyEvent>& WaitForKeys(size_t count, DWORD timeoutMs = 5000);
+    // Pumps until `count` key events arrived, and then until every key typed and message posted so far has
+    // arrived (so that events beyond `count` show too); the events.
+    const std::vector<KeyEvent>& WaitForKeys(size_t count, DWORD timeoutMs = tavtest::kWaitMs);
+    // Pumps until every key typed and message posted so far has arrived; false when that took too long.
+    bool Settle() { return tavtest::Settle(window_); }
 
 private:
     static LRESULT CALLBACK Proc(HWND, UINT, WPARAM, LPARAM);
     HWND window_ = nullptr;
 };
 
-// The virtual keys reported pressed by GetAsyncKeyState (mouse buttons left out).
+// Whether GetAsyncKeyState reports `vk` pressed, and every key it reports pressed (mouse buttons left out).
+// Read on a thread of their own: under Wine a thread's reads are cached for 50 ms, and a key pressed
+// meanwhile reads as released on that thread; a new thread has no cache and reads the system's state.
+bool IsKeyDown(UINT vk);
 std::vector<UINT> PressedKeys();
+// Success when no key is reported pressed; otherwise the failure names them. Checked after each row of a
+// table, so that a failure names the row that left a key down and the next rows start clean.
+testing::AssertionResult NoKeyPressed();
 
 // Base of every keystroke test: afterwards no key may be left pressed, no key held, hold mode off and the
 // in-progress marker clear. Whatever a test left behind is released and reported as a failure.

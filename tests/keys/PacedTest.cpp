@@ -38,7 +38,7 @@ std::string Record(TextRecorder& recorder, size_t count, const std::function<voi
     if (keys != nullptr)
         *keys = recorder.KeyMessages();
     SendKeys_ReleaseAll();
-    keytest::PumpUntil([] { return keytest::PressedKeys().empty(); });
+    tavtest::WaitUntil([] { return keytest::PressedKeys().empty(); });
     return described;
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <cwchar>
 #include <string>
 #include <vector>
@@ -58,8 +60,7 @@ struct ParseCase {
 void ExpectParses(const std::vector<ParseCase>& cases) {
     for (size_t i = 0; i < cases.size(); ++i) {
         const ParseCase& c = cases[i];
-        SCOPED_TRACE(testing::Message() << "row " << i << ": script \"" << std::wstring(c.script).size()
-                                        << " chars\"");
+        SCOPED_TRACE(testing::Message() << "row " << i << ": script \"" << tavtest::Narrow(c.script) << "\"");
         EXPECT_EQ(c.result, ParseKeyScript(c.script)) << "row " << i;
         if (c.result == SKERR_NONE) {
             EXPECT_EQ(c.queue, ReadQueue()) << "row " << i;

@@ -41,8 +41,8 @@ ScriptOutcome TypeAndCheck(const GeneratedScript& script, RecorderWindow& window
     model.Play(script.queue);
     const size_t events = script.shortcut ? 4 : model.EventsSent();
     // The window must see every event the rules send: none is lost on the way (and the queue drains).
-    PumpUntil([&] { return window.keys.size() >= events; }, 3000);
-    PumpUntil([] { return true; }, 0);  // a surplus event would be queued by now
+    tavtest::WaitUntil([&] { return window.keys.size() >= events; });
+    window.Settle();  // a surplus event has arrived once the marker typed after it has
     if (window.keys.size() != events)
         fail("the window received " + std::to_string(window.keys.size()) + " key events, the rules send " +
              std::to_string(events));
@@ -74,7 +74,7 @@ ScriptOutcome TypeAndCheck(const GeneratedScript& script, RecorderWindow& window
         ReleaseByHand(left);
         fail("at the end: down " + KeyList(left));
     }
-    PumpUntil([] { return true; }, 0);  // the releases' messages, before the next script counts its own
+    window.Settle();  // the releases' messages, before the next script counts its own
     return outcome;
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 using keytest::EditWindow;
 using keytest::PressedKeys;
-using keytest::PumpUntil;
+using tavtest::WaitUntil;
 using keytest::TextRecorder;
 
 class KeysText : public keytest::KeysTest {};
@@ -49,7 +49,7 @@ TEST_F(KeysText, NotepadShowsExactlyTheText) {
                                                        reinterpret_cast<LPARAM>(buffer.data()))));
         return buffer;
     };
-    PumpUntil([&] { return text() == kMixedTextInAnEdit; }, 10000);
+    WaitUntil([&] { return text() == kMixedTextInAnEdit; }, 10000);
     EXPECT_EQ(tavtest::Narrow(kMixedTextInAnEdit), tavtest::Narrow(text()));
 }
 

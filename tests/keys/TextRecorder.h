@@ -32,8 +32,8 @@ public:
         }
         window_ = CreateWindowExW(0, kClass, L"keys test: text recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400,
                                   200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
-        EXPECT_TRUE(BringToFront(window_, window_)) << "the text recorder did not come to the front";
-        PumpFor(20);
+        EXPECT_TRUE(tavtest::BringToFront(window_, window_)) << "the text recorder did not come to the front";
+        EXPECT_TRUE(tavtest::Settle(window_)) << "the text recorder's queue did not settle";
         Clear();
     }
     ~TextRecorder() {
@@ -62,10 +62,11 @@ public:
         return characters;
     }
 
-    // Pumps until `count` key messages arrived, then a little longer.
-    void WaitForKeyMessages(size_t count, DWORD timeoutMs = 10000) {
-        PumpUntil([&] { return keyCount_ >= count; }, timeoutMs);
-        PumpFor(50);
+    // Pumps until `count` key messages arrived, and then until every key typed so far has arrived (so that
+    // messages beyond `count` show too).
+    void WaitForKeyMessages(size_t count, DWORD timeoutMs = tavtest::kWaitMs) {
+        tavtest::WaitUntil([&] { return keyCount_ >= count; }, timeoutMs);
+        tavtest::Settle(window_);
     }
     void Clear() {
         messages.clear();

@@ -21,25 +21,25 @@ ProbeReport::~ProbeReport() {
 }
 
 bool ProbeReport::Wait(DWORD timeoutMs) {
-    for (DWORD waited = 0; waited <= timeoutMs; waited += 50) {
-        std::ifstream file(tavtest::Narrow(reportPath_), std::ios::binary);
-        if (file) {
-            fields_.clear();
-            std::string line;
-            while (std::getline(file, line)) {
-                size_t equals = line.find('=');
-                if (equals != std::string::npos)
-                    fields_[line.substr(0, equals)] = tavtest::Widen(line.substr(equals + 1));
-            }
-            DWORD pid = Pid();
-            HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, pid);
-            if (process)
-                started_.push_back(std::make_unique<tavtest::RunningProgram>(process, pid));
-            return true;
-        }
-        Sleep(50);
+    return tavtest::WaitUntil([this] { return Read(); }, timeoutMs);
+}
+
+bool ProbeReport::Read() {
+    std::ifstream file(tavtest::Narrow(reportPath_), std::ios::binary);
+    if (!file)
+        return false;
+    fields_.clear();
+    std::string line;
+    while (std::getline(file, line)) {
+        size_t equals = line.find('=');
+        if (equals != std::string::npos)
+            fields_[line.substr(0, equals)] = tavtest::Widen(line.substr(equals + 1));
     }
-    return false;
+    DWORD pid = Pid();
+    HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, pid);
+    if (process)
+        started_.push_back(std::make_unique<tavtest::RunningProgram>(process, pid));
+    return true;
 }
 
 std::wstring ProbeReport::Field(const std::string& name) const {
@@ -69,8 +69,7 @@ FrontWindow::FrontWindow() {
     // No system menu: the Alt tap of a foreground grab cannot open a modal menu loop in the test's thread.
     window_ = CreateWindowExW(0, kFrontWindowClass, L"TavLaunchTest", WS_POPUP | WS_BORDER | WS_VISIBLE, 60, 60, 300,
                               200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
-    BringToFront();
-    SetFocus(window_);
+    tavtest::BringToFront(window_, window_);
     deactivations_ = 0;
 }
 
@@ -79,12 +78,7 @@ FrontWindow::~FrontWindow() {
     DestroyWindow(window_);
 }
 
-bool FrontWindow::BringToFront() const {
-    SetForegroundWindow(window_);
-    for (int waited = 0; waited < 2000 && !IsForeground(); waited += 50)
-        tavtest::PumpFor(50);
-    return IsForeground();
-}
+bool FrontWindow::BringToFront() const { return tavtest::BringToFront(window_); }
 
 LRESULT CALLBACK FrontWindow::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCCREATE)
@@ -101,15 +95,15 @@ LRESULT CALLBACK FrontWindow::Proc(HWND window, UINT message, WPARAM wParam, LPA
 }
 
 bool ForegroundBelongsTo(DWORD processId) {
-    // A foreground change to another process's window completes in that process: allow it a moment,
-    // and a long one on a busy machine (the answer comes as soon as the change is seen).
-    for (int waited = 0; waited < 5000; waited += 50) {
+    // A foreground change to another process's window completes in that process: allow it a long moment
+    // on a busy machine (the answer comes as soon as the change is seen).
+    auto ownerOfForeground = [] {
         DWORD owner = 0;
         GetWindowThreadProcessId(GetForegroundWindow(), &owner);
-        if (owner == processId)
-            return true;
-        tavtest::PumpFor(50);
-    }
+        return owner;
+    };
+    if (tavtest::WaitUntil([&] { return ownerOfForeground() == processId; }))
+        return true;
     wchar_t name[260] = {};
     GetClassNameW(GetForegroundWindow(), name, 260);
     ADD_FAILURE() << "foreground window " << GetForegroundWindow() << " of class " << tavtest::Narrow(name);

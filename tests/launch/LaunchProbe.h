@@ -2,6 +2,7 @@
 // every probe a test started (by the process id in its report), whatever the test's outcome.
 #pragma once
 
+#include "Desktop.h"
 #include "RunningProgram.h"
 #include "TestSupport.h"
 
@@ -29,7 +30,7 @@ public:
     ProbeReport& operator=(const ProbeReport&) = delete;
 
     // Waits up to `timeoutMs` for a probe's report; true when it came. The fields are then readable.
-    bool Wait(DWORD timeoutMs = 10000);
+    bool Wait(DWORD timeoutMs = tavtest::kWaitMs);
     // A field of the report: pid, cwd, cmdline, foreground, show.
     std::wstring Field(const std::string& name) const;
     DWORD Pid() const;
@@ -39,6 +40,9 @@ public:
     const tavtest::TempDir& dir() const { return dir_; }
 
 private:
+    // Reads the report when it is there; true then.
+    bool Read();
+
     tavtest::TempDir dir_{L"tavprobe"};
     std::wstring reportPath_;
     std::map<std::string, std::wstring> fields_;

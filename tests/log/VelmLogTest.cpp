@@ -1,5 +1,6 @@
 #include <TavUtil.h>
 
+#include "ScopedLogStream.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -14,25 +15,12 @@ namespace {
 // Sends the log to a temporary file for the length of a test, and restores the previous destination.
 class LogCapture : public testing::Test {
 protected:
-    void SetUp() override {
-        path_ = dir_ / L"log.txt";
-        previous_ = OutputToFILE::Stream();
-        // Text mode, as the standard error stream is: wide text arrives in the file as ANSI bytes, each
-        // line feed as a carriage return and line feed.
-        file_ = _wfopen(path_.c_str(), L"w");
-        ASSERT_NE(file_, nullptr);
-        OutputToFILE::Stream() = file_;
-    }
-    void TearDown() override {
-        OutputToFILE::Stream() = previous_;
-        OutputToFILE::OutputDebugStrings() = false;
-        if (file_)
-            fclose(file_);
-    }
+    void SetUp() override { ASSERT_TRUE(log_.ok()); }
+    void TearDown() override { OutputToFILE::OutputDebugStrings() = false; }
 
     // The bytes written so far.
     std::string Captured() {
-        fflush(file_);
+        log_.Flush();
         std::ifstream in(path_.c_str(), std::ios::binary);
         std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
         for (size_t at = bytes.find("\r\n"); at != std::string::npos; at = bytes.find("\r\n", at))
@@ -55,9 +43,10 @@ protected:
     }
 
     tavtest::TempDir dir_{L"tavlog"};
-    std::wstring path_;
-    FILE* previous_ = nullptr;
-    FILE* file_ = nullptr;
+    std::wstring path_ = dir_ / L"log.txt";
+    // Text mode, as the standard error stream is: wide text arrives in the file as ANSI bytes, each line
+    // feed as a carriage return and line feed.
+    tavtest::ScopedLogStream log_{path_, L"w"};
 };
 
 TEST_F(LogCapture, RecordIsOneXmlLikeLine) {
@@ -125,9 +114,10 @@ TEST_F(LogCapture, UnknownLevelLogsAWarningAndGivesInfo) {
 }
 
 TEST_F(LogCapture, NullStreamDisablesFileOutput) {
-    OutputToFILE::Stream() = nullptr;
-    VelmLog().Get(INFO_LEVEL, L"f", 1, L"g") << L"dropped";
-    OutputToFILE::Stream() = file_;
+    {
+        tavtest::ScopedLogStream nowhere(nullptr);
+        VelmLog().Get(INFO_LEVEL, L"f", 1, L"g") << L"dropped";
+    }
     EXPECT_EQ(Captured(), "");
 }
 
@@ -186,10 +176,8 @@ TEST(VelmLogLevels, ReportingLevelStartsAtDebug4AndFiltersTheMacro) {
     EXPECT_EQ(VelmLog::ReportingLevel(), DEBUG4_LEVEL);
     tavtest::TempDir dir(L"tavlogmacro");
     std::wstring path = dir / L"m.txt";
-    FILE* file = _wfopen(path.c_str(), L"w");
-    ASSERT_NE(file, nullptr);
-    FILE* previous = OutputToFILE::Stream();
-    OutputToFILE::Stream() = file;
+    tavtest::ScopedLogStream log(path, L"w");
+    ASSERT_TRUE(log.ok());
     VelmLog::SetReportingLevel(WARNING_LEVEL);
     VELM_LOG(INFO_LEVEL) << L"filtered";
     VELM_LOG(ERROR_LEVEL) << L"kept";
@@ -197,8 +185,7 @@ TEST(VelmLogLevels, ReportingLevelStartsAtDebug4AndFiltersTheMacro) {
     if (never)
         VELM_LOG(ERROR_LEVEL) << L"never";  // the macro nests under an if like one statement
     VelmLog::SetReportingLevel(DEBUG4_LEVEL);
-    OutputToFILE::Stream() = previous;
-    fclose(file);
+    log.Restore();
     std::ifstream in(path.c_str(), std::ios::binary);
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     EXPECT_EQ(text.find("filtered"), std::string::npos);
@@ -211,13 +198,10 @@ TEST(VelmLogLevels, ReportingLevelStartsAtDebug4AndFiltersTheMacro) {
 TEST(VelmLogStreams, BinaryStreamReceivesUtf16) {
     tavtest::TempDir dir(L"tavlogbin");
     std::wstring path = dir / L"b.txt";
-    FILE* file = _wfopen(path.c_str(), L"wb");
-    ASSERT_NE(file, nullptr);
-    FILE* previous = OutputToFILE::Stream();
-    OutputToFILE::Stream() = file;
+    tavtest::ScopedLogStream log(path, L"wb");
+    ASSERT_TRUE(log.ok());
     OutputToFILE::Output(L"x");
-    OutputToFILE::Stream() = previous;
-    fclose(file);
+    log.Restore();
     std::ifstream in(path.c_str(), std::ios::binary);
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     EXPECT_EQ(bytes, std::string("x\0\"\0/\0>\0\n\0", 10));

@@ -22,7 +22,7 @@ protected:
         ASSERT_TRUE(notepad_.started());
         window_ = notepad_.WaitForWindow(L"Notepad");
         ASSERT_NE(nullptr, window_);
-        ASSERT_TRUE(proctest::BringToFront(window_));
+        ASSERT_TRUE(tavtest::BringToFront(window_));
     }
     proctest::StartedProgram notepad_{L"", L"notepad.exe"};
     HWND window_ = nullptr;

@@ -13,10 +13,6 @@
 
 namespace {
 
-bool Passed(const tavtest::ChildResult& result) {
-    return result.finished && result.exitCode == 0 && result.output.find("[  PASSED  ] 1 test") != std::string::npos;
-}
-
 // --- The implementation chosen for each Windows version, seen by a copy of this test run under it.
 
 TEST(ProcessFinderChild, DISABLED_InstanceIsTheVariantNamed) {
@@ -48,7 +44,7 @@ TEST(ProcessFinderInstance, ChoosesTheVariantByWindowsVersion) {
         SCOPED_TRACE(tavtest::Narrow(row.windowsVersion));
         tavtest::ChildResult result =
             tavtest::RunSelfAs({row.windowsVersion, {}, row.variant}, "ProcessFinderChild.DISABLED_InstanceIsTheVariantNamed");
-        EXPECT_TRUE(Passed(result)) << result.output;
+        EXPECT_TRUE(tavtest::ChildPassed(result));
     }
 }
 
@@ -63,7 +59,7 @@ TEST(ProcessFinderChild, DISABLED_FirstCallersFlagWins) {
     EXPECT_EQ(first, b->StripsExtension());
 
     proctest::TestWindow window;
-    ASSERT_TRUE(proctest::BringToFront(window.get()));
+    ASSERT_TRUE(tavtest::BringToFront(window.get()));
     const std::wstring self = proctest::FileNameOf(proctest::ImagePath(GetCurrentProcessId()));
     const std::wstring expected = first ? self.substr(0, self.size() - 4) : self;
     EXPECT_EQ(expected, b->GetForegroundProcessName(0));
@@ -79,7 +75,7 @@ TEST(ProcessFinderInstance, FirstCallersFlagWins) {
         SCOPED_TRACE(tavtest::Narrow(std::wstring(row.windowsVersion) + L" " + row.first));
         tavtest::ChildResult result =
             tavtest::RunSelfAs({row.windowsVersion, {}, row.first}, "ProcessFinderChild.DISABLED_FirstCallersFlagWins");
-        EXPECT_TRUE(Passed(result)) << result.output;
+        EXPECT_TRUE(tavtest::ChildPassed(result));
     }
 }
 
@@ -106,9 +102,9 @@ TEST(ProcessFinder, CopiesCarryTheFlag) {
 bool NoForegroundWindow() {
     {
         proctest::TestWindow window;
-        proctest::BringToFront(window.get());
+        tavtest::BringToFront(window.get());
     }
-    return proctest::WaitUntil([] { return GetForegroundWindow() == nullptr; }, 2000);
+    return tavtest::WaitUntil([] { return GetForegroundWindow() == nullptr; });
 }
 
 // True when a message of that kind waits in the calling thread's queue; it is removed.
@@ -209,7 +205,7 @@ TEST(ProcessFinderLongPath, FullNameIsTheLongPath) {
         EXPECT_EQ(L"process probe with a long name.exe", name);
         EXPECT_TRUE(finder.IsProcessRunning(L"process probe with a long name", true));
     }
-    proctest::WaitUntil([&] { return DeleteFileW(longPath.c_str()) != FALSE; }, 5000);
+    tavtest::WaitUntil([&] { return DeleteFileW(longPath.c_str()) != FALSE; }, 5000);
 }
 
 // Wine's module snapshot already reports the long path of a program started by its 8.3 path, so the
@@ -380,7 +376,7 @@ TEST(ProcessFinderChild, DISABLED_WithoutPsapi) {
 
 TEST(ProcessFinderMissing, NoPsapiAnswersFalse) {
     tavtest::ChildResult result = tavtest::RunSelfAs({L"nt40", {L"psapi"}, L""}, "ProcessFinderChild.DISABLED_WithoutPsapi");
-    EXPECT_TRUE(Passed(result)) << result.output;
+    EXPECT_TRUE(tavtest::ChildPassed(result));
 }
 
 }  // namespace

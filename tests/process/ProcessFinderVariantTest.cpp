@@ -40,7 +40,7 @@ class NotepadInFront {
 public:
     NotepadInFront() : program_(L"", L"notepad.exe") {
         window_ = program_.WaitForWindow(L"Notepad");
-        inFront_ = window_ != nullptr && proctest::BringToFront(window_);
+        inFront_ = window_ != nullptr && tavtest::BringToFront(window_);
     }
     bool ready() const { return inFront_; }
     DWORD pid() const { return program_.pid(); }
@@ -54,7 +54,7 @@ private:
 
 TYPED_TEST(ProcessFinderVariant, NamesTheTestsOwnWindowInFront) {
     proctest::TestWindow window;
-    ASSERT_TRUE(proctest::BringToFront(window.get()));
+    ASSERT_TRUE(tavtest::BringToFront(window.get()));
     const std::wstring truth = proctest::ImagePath(GetCurrentProcessId());
     ASSERT_FALSE(truth.empty());
 

@@ -44,37 +44,17 @@ BOOL CALLBACK FindProcessWindow(HWND window, LPARAM param) {
 
 }  // namespace
 
-void PumpFor(DWORD ms) {
-    DWORD start = GetTickCount();
-    do {
-        MSG msg;
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageW(&msg);
-        }
-        Sleep(1);
-    } while (GetTickCount() - start < ms);
-}
-
-bool BringToFront(HWND window) {
-    return WaitUntil([window] {
-        if (GetForegroundWindow() != window)
-            SetForegroundWindow(window);
-        return GetForegroundWindow() == window;
-    });
-}
-
 TestWindow::TestWindow() {
     window_ = CreateWindowExW(0, RegisterTestWindowClass(), L"process test window", WS_OVERLAPPEDWINDOW, 20, 20,
                               320, 200, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
     ShowWindow(window_, SW_SHOW);
-    PumpFor(20);
+    tavtest::PumpMessages();
 }
 
 TestWindow::~TestWindow() {
     if (window_ != nullptr)
         DestroyWindow(window_);
-    PumpFor(20);
+    tavtest::PumpMessages();
 }
 
 StartedProgram::StartedProgram(const std::wstring& application, const std::wstring& commandLine) {
@@ -100,7 +80,7 @@ StartedProgram::~StartedProgram() {
 
 HWND StartedProgram::WaitForWindow(const wchar_t* windowClass, DWORD timeoutMs) const {
     WindowSearch search{pid_, windowClass, nullptr};
-    WaitUntil(
+    tavtest::WaitUntil(
         [&] {
             EnumWindows(FindProcessWindow, reinterpret_cast<LPARAM>(&search));
             return search.found != nullptr;

@@ -2,6 +2,8 @@
 // the test, and the truth about a process read independently of the library.
 #pragma once
 
+#include "Desktop.h"
+
 #include <platform/Handles.h>
 
 #include <windows.h>
@@ -10,24 +12,6 @@
 #include <vector>
 
 namespace proctest {
-
-// Pumps the calling thread's messages for about `ms` milliseconds.
-void PumpFor(DWORD ms);
-
-// Polls `condition` (pumping messages) until it holds or `timeoutMs` passes.
-template <typename Condition>
-bool WaitUntil(Condition condition, DWORD timeoutMs = 5000) {
-    DWORD start = GetTickCount();
-    while (!condition()) {
-        if (GetTickCount() - start > timeoutMs)
-            return false;
-        PumpFor(10);
-    }
-    return true;
-}
-
-// Makes `window` the foreground window; true when GetForegroundWindow() then reports it.
-bool BringToFront(HWND window);
 
 // A visible top-level window of the test, destroyed with the object.
 class TestWindow {
@@ -54,7 +38,7 @@ public:
     bool started() const { return process_.valid(); }
     DWORD pid() const { return pid_; }
     // The first visible top-level window of the process with that class, polled for up to `timeoutMs`.
-    HWND WaitForWindow(const wchar_t* windowClass, DWORD timeoutMs = 10000) const;
+    HWND WaitForWindow(const wchar_t* windowClass, DWORD timeoutMs = tavtest::kWaitMs) const;
 
 private:
     tav::UniqueHandle process_;

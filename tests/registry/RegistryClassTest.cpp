@@ -1,7 +1,7 @@
 // CRegistryClass against Wine's real registry: key management, each value encoding byte for byte, the string
 // limits, flushing, fonts and handles. Each test works in a scratch subtree of its own.
 #include "ImportHook.h"
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 #include "TestSupport.h"
 
 #include <TavUtil.h>
@@ -13,7 +13,7 @@
 #include <vector>
 
 using regtest::Bytes;
-using regtest::ScratchKey;
+using tavtest::ScratchKey;
 
 namespace {
 
@@ -99,7 +99,7 @@ TEST(RegistryClass, CreateKeyCreatesAndSelects) {
     ScratchKey scratch;
     CRegistryClass reg;
     EXPECT_EQ(reg.CreateKey((scratch / L"Deep\\Er").c_str()), 1);
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), scratch / L"Deep\\Er"));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), scratch / L"Deep\\Er"));
     EXPECT_EQ(reg.GetCurrentPath(), (scratch / L"Deep\\Er").c_str());
     EXPECT_EQ(reg.PathIsValid(), 1);
 }
@@ -111,10 +111,10 @@ TEST(RegistryClass, SetKeySelectsCreatesOrRefuses) {
     EXPECT_EQ(reg.SetKey(missing.c_str(), 0), 0);
     EXPECT_EQ(reg.GetLastStatus(), ERROR_FILE_NOT_FOUND);
     EXPECT_TRUE(reg.GetCurrentPath().IsEmpty());
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), missing));
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), missing));
 
     EXPECT_EQ(reg.SetKey(missing.c_str(), 1), 1);  // creates
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), missing));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), missing));
     EXPECT_EQ(reg.GetCurrentPath(), missing.c_str());
 
     EXPECT_EQ(reg.SetKey(scratch.path().c_str(), 0), 1);  // exists now
@@ -167,10 +167,10 @@ TEST_F(RegistryClassTest, DeleteKeyRemovesALeafAndReportsSuccessForAMissingKey) 
     ASSERT_TRUE(regtest::RawCreate(scratch.root(), scratch / L"Leaf"));
     ASSERT_TRUE(regtest::RawCreate(scratch.root(), scratch / L"Branch\\Child"));
     EXPECT_EQ(reg.DeleteKey((scratch / L"Leaf").c_str()), 1);
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), scratch / L"Leaf"));
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), scratch / L"Leaf"));
     EXPECT_EQ(reg.DeleteKey((scratch / L"Missing").c_str()), 1);
     EXPECT_EQ(reg.DeleteKey((scratch / L"Branch").c_str()), 0);  // has a subkey
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), scratch / L"Branch\\Child"));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), scratch / L"Branch\\Child"));
 }
 
 TEST_F(RegistryClassTest, ValueQueriesAndDeletion) {
@@ -232,7 +232,7 @@ TEST_F(RegistryClassTest, WritesNeverCreateTheCurrentKey) {
     ASSERT_EQ(RegDeleteKeyW(scratch.root(), scratch.path().c_str()), ERROR_SUCCESS);
     EXPECT_EQ(reg.WriteInt(L"x", 1), 0);
     EXPECT_EQ(reg.WriteString(L"x", L"y"), 0);
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), scratch.path()));
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), scratch.path()));
     EXPECT_EQ(reg.ReadInt(L"x", 42), 42);
     EXPECT_EQ(reg.ReadString(L"x", L"def"), L"def");
 }
@@ -423,10 +423,10 @@ LONG WINAPI CountingFlush(HKEY key) {
 }
 
 TEST(RegistryClass, LazyWriteZeroFlushesEveryCreatedSelectedOrWrittenKey) {
-    regtest::ImportHook hook(regtest::TavUtilModule(), "advapi32.dll", "RegFlushKey",
+    tavtest::ImportHook hook("advapi32.dll", "RegFlushKey",
                              reinterpret_cast<void*>(&CountingFlush));
     ASSERT_TRUE(hook.installed());
-    s_realFlush = reinterpret_cast<decltype(&RegFlushKey)>(hook.original());
+    s_realFlush = hook.original<decltype(&RegFlushKey)>();
     ScratchKey scratch;
     CRegistryClass reg;
     CFont font;
@@ -515,10 +515,10 @@ TEST_F(RegistryClassTest, ReadFontCreatesOnlyTheFontItAttaches) {
     LOGFONTW lf = SampleLogFont();
     ASSERT_TRUE(written.CreateFontIndirect(&lf));
     ASSERT_EQ(reg.WriteFont(L"Font", &written), 1);
-    regtest::ImportHook hook(regtest::TavUtilModule(), "gdi32.dll", "CreateFontIndirectW",
+    tavtest::ImportHook hook("gdi32.dll", "CreateFontIndirectW",
                              reinterpret_cast<void*>(&RecordingCreateFont));
     ASSERT_TRUE(hook.installed());
-    s_realCreateFont = reinterpret_cast<decltype(&CreateFontIndirectW)>(hook.original());
+    s_realCreateFont = hook.original<decltype(&CreateFontIndirectW)>();
     s_createdFonts.clear();
     std::vector<HFONT> attached;
     for (int i = 0; i < 50; ++i) {
@@ -550,7 +550,7 @@ TEST_F(RegistryClassTest, ThousandsOfCallsLeakNoHandleAndNoFont) {
     CPoint point(1, 2);
     CSize size(3, 4);
     const CString path = scratch.path().c_str();
-    int before = regtest::OwnHandleCount();
+    int before = tavtest::OwnHandleCount();
     ASSERT_GT(before, 0);
     for (int i = 0; i < 2000; ++i) {
         reg.CreateKey(path);
@@ -587,7 +587,7 @@ TEST_F(RegistryClassTest, ThousandsOfCallsLeakNoHandleAndNoFont) {
         ASSERT_EQ(GetObjectType(previous), static_cast<DWORD>(OBJ_FONT));
         ASSERT_TRUE(DeleteObject(previous));  // the detached font is the caller's to delete
     }
-    EXPECT_EQ(regtest::OwnHandleCount(), before);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before);
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 // tavutil reg: read, list and write through CRegistry, with the Windows status on failure.
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-using regtest::ScratchKey;
+using tavtest::ScratchKey;
 
 namespace {
 
@@ -54,7 +54,7 @@ TEST(RegistryCli, MissingKeyOrValueFailsWithTheWindowsStatus) {
     EXPECT_EQ(missingKey.exitCode, 1u);
     EXPECT_NE(missingKey.output.find("cannot open key"), std::string::npos) << missingKey.output;
     EXPECT_NE(missingKey.output.find("Windows status 2"), std::string::npos) << missingKey.output;
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), scratch.path()));  // reading never creates
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), scratch.path()));  // reading never creates
 
     ASSERT_TRUE(regtest::RawCreate(scratch.root(), scratch.path()));
     tavtest::ChildResult missingValue = Tav(L"reg read " + Quoted(key) + L" Nothing");

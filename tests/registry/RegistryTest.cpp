@@ -1,5 +1,5 @@
 // CRegistry against Wine's real registry. Each test works in a scratch subtree of its own.
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 #include "ImportHook.h"
 #include "TestSupport.h"
 
@@ -11,7 +11,7 @@
 #include <string>
 
 using regtest::Bytes;
-using regtest::ScratchKey;
+using tavtest::ScratchKey;
 
 namespace {
 
@@ -24,11 +24,11 @@ CStdStr<wchar_t> Str(const wchar_t* text) { return CStdStr<wchar_t>(text); }
 
 TEST(Registry, WritableOpenCreatesMissingKey) {
     ScratchKey scratch;
-    ASSERT_FALSE(regtest::RawExists(scratch.root(), scratch.path()));
+    ASSERT_FALSE(tavtest::KeyExists(scratch.root(), scratch.path()));
     CRegistry reg;
     EXPECT_EQ(reg.OpenKey(scratch.root(), scratch.path().c_str(), kWritable), ERROR_SUCCESS);
     EXPECT_NE(reg.IsValid(), 0);
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), scratch.path()));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), scratch.path()));
 }
 
 TEST(Registry, ReadOnlyOpenNeverCreatesKey) {
@@ -36,15 +36,15 @@ TEST(Registry, ReadOnlyOpenNeverCreatesKey) {
     CRegistry reg;
     EXPECT_EQ(reg.OpenKey(scratch.root(), scratch.path().c_str(), kReadOnly), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(reg.IsValid(), 0);
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), scratch.path(), KEY_WOW64_64KEY));
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), scratch.path(), KEY_WOW64_32KEY));
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), scratch.path(), KEY_WOW64_64KEY));
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), scratch.path(), KEY_WOW64_32KEY));
 }
 
 TEST(Registry, ReadOnlyOpenFindsKeyOfThe32BitViewOnly) {
     ScratchKey scratch(HKEY_LOCAL_MACHINE, L"SOFTWARE");
     ASSERT_TRUE(regtest::RawSet(scratch.root(), scratch.path(), L"Path", REG_SZ, regtest::TextBytes(L"C:\\x86"),
                                 KEY_WOW64_32KEY));
-    ASSERT_FALSE(regtest::RawExists(scratch.root(), scratch.path()));  // the first attempt fails
+    ASSERT_FALSE(tavtest::KeyExists(scratch.root(), scratch.path()));  // the first attempt fails
 
     CRegistry reg;
     EXPECT_EQ(reg.OpenKey(scratch.root(), scratch.path().c_str(), kReadOnly), ERROR_SUCCESS);
@@ -75,7 +75,7 @@ TEST(Registry, WritableOpenDoesNotFallBackToThe32BitView) {
     CRegistry reg(scratch.root(), scratch.path().c_str(), kWritable);  // creates the native key
     CStdStr<wchar_t> text;
     EXPECT_EQ(reg.ReadStringValue(L"Only32", text), 1);
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), scratch.path(), KEY_WOW64_64KEY));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), scratch.path(), KEY_WOW64_64KEY));
 }
 
 TEST(Registry, ConstructorOpensLikeOpenKeyAndFailedOpenLeavesNoKey) {
@@ -84,18 +84,18 @@ TEST(Registry, ConstructorOpensLikeOpenKeyAndFailedOpenLeavesNoKey) {
     EXPECT_EQ(missing.IsValid(), 0);
     CRegistry created(scratch.root(), scratch.path().c_str(), kWritable);
     EXPECT_NE(created.IsValid(), 0);
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), scratch.path()));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), scratch.path()));
 }
 
 TEST(Registry, OpenKeyOnAnOpenObjectGivesUpTheOldKey) {
     ScratchKey scratch;
     CRegistry reg(scratch.root(), scratch.path().c_str(), kWritable);
-    int before = regtest::OwnHandleCount();
+    int before = tavtest::OwnHandleCount();
     EXPECT_EQ(reg.OpenKey(scratch.root(), scratch.path().c_str(), kReadOnly), ERROR_SUCCESS);
-    EXPECT_EQ(regtest::OwnHandleCount(), before);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before);
     EXPECT_EQ(reg.OpenKey(scratch.root(), (scratch / L"missing").c_str(), kReadOnly), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(reg.IsValid(), 0);
-    EXPECT_EQ(regtest::OwnHandleCount(), before - 1);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before - 1);
 }
 
 TEST(Registry, CloseKeyTwiceGivesInvalidHandleTheSecondTime) {
@@ -199,10 +199,10 @@ TEST(Registry, WriteStringValueCountsNoTerminatorAndReadsBack) {
     ScratchKey scratch;
     CRegistry reg(scratch.root(), scratch.path().c_str(), kWritable);
     {
-        regtest::ImportHook hook(regtest::TavUtilModule(), "advapi32.dll", "RegSetValueExW",
+        tavtest::ImportHook hook("advapi32.dll", "RegSetValueExW",
                                  reinterpret_cast<void*>(&RecordingSetValue));
         ASSERT_TRUE(hook.installed());
-        s_realSetValue = reinterpret_cast<decltype(&RegSetValueExW)>(hook.original());
+        s_realSetValue = hook.original<decltype(&RegSetValueExW)>();
         s_setValue = SetValueCall();
         EXPECT_EQ(reg.WriteStringValue(L"Name", Str(L"Trimdial")), ERROR_SUCCESS);
         EXPECT_EQ(s_setValue.calls, 1);
@@ -292,10 +292,10 @@ TEST(Registry, DeleteValueAndDeleteKey) {
     EXPECT_EQ(reg.DeleteValue(L"Gone"), ERROR_FILE_NOT_FOUND);
 
     EXPECT_EQ(reg.DeleteKey(L"Leaf"), ERROR_SUCCESS);
-    EXPECT_FALSE(regtest::RawExists(scratch.root(), scratch / L"Leaf"));
+    EXPECT_FALSE(tavtest::KeyExists(scratch.root(), scratch / L"Leaf"));
     EXPECT_EQ(reg.DeleteKey(L"Leaf"), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(reg.DeleteKey(L"Branch"), ERROR_ACCESS_DENIED);  // it has a subkey of its own
-    EXPECT_TRUE(regtest::RawExists(scratch.root(), scratch / L"Branch\\Child"));
+    EXPECT_TRUE(tavtest::KeyExists(scratch.root(), scratch / L"Branch\\Child"));
 }
 
 // Enumerating ------------------------------------------------------------------------------------------------
@@ -365,12 +365,12 @@ TEST(Registry, AssignmentSharesTheHandleWithoutDuplicatingIt) {
     CRegistry original(scratch.root(), scratch.path().c_str(), kReadOnly);
     ASSERT_NE(original.GetFirstSubkey(), nullptr);  // index 1
 
-    int before = regtest::OwnHandleCount();
+    int before = tavtest::OwnHandleCount();
     {
         CRegistry copy(scratch.root(), scratch.path().c_str(), kReadOnly);  // a key of its own ...
-        EXPECT_EQ(regtest::OwnHandleCount(), before + 1);
+        EXPECT_EQ(tavtest::OwnHandleCount(), before + 1);
         copy = original;  // ... closed here; no new handle
-        EXPECT_EQ(regtest::OwnHandleCount(), before);
+        EXPECT_EQ(tavtest::OwnHandleCount(), before);
         CStdStr<wchar_t> text;
         EXPECT_EQ(copy.ReadStringValue(L"v", text), 0);
         EXPECT_EQ(text, L"shared");
@@ -381,7 +381,7 @@ TEST(Registry, AssignmentSharesTheHandleWithoutDuplicatingIt) {
         EXPECT_NE(copy.IsValid(), 0);
         EXPECT_EQ(copy.CloseKey(), ERROR_SUCCESS);  // closes the one shared key
     }
-    EXPECT_EQ(regtest::OwnHandleCount(), before - 1);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before - 1);
     CStdStr<wchar_t> text;
     EXPECT_EQ(original.ReadStringValue(L"v", text), 1);  // its handle is the closed one
     EXPECT_EQ(original.CloseKey(), ERROR_INVALID_HANDLE);
@@ -389,15 +389,15 @@ TEST(Registry, AssignmentSharesTheHandleWithoutDuplicatingIt) {
 
 TEST(Registry, MovingTransfersTheKey) {
     ScratchKey scratch;
-    int before = regtest::OwnHandleCount();
+    int before = tavtest::OwnHandleCount();
     CRegistry first(scratch.root(), scratch.path().c_str(), kWritable);
     CRegistry second(std::move(first));
     EXPECT_EQ(first.IsValid(), 0);
     EXPECT_NE(second.IsValid(), 0);
     CRegistry third(scratch.root(), scratch.path().c_str(), kReadOnly);
-    EXPECT_EQ(regtest::OwnHandleCount(), before + 2);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before + 2);
     third = std::move(second);  // third's own key is closed
-    EXPECT_EQ(regtest::OwnHandleCount(), before + 1);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before + 1);
     EXPECT_EQ(third.WriteStringValue(L"v", Str(L"moved")), ERROR_SUCCESS);
 }
 
@@ -410,7 +410,7 @@ TEST(Registry, ThousandsOfCallsLeakNoHandle) {
     const std::wstring path = scratch.path();
     const std::wstring only32 = scratch / L"Only32";
     const std::wstring missing = scratch / L"Missing";
-    int before = regtest::OwnHandleCount();
+    int before = tavtest::OwnHandleCount();
     ASSERT_GT(before, 0);
     for (int i = 0; i < 2000; ++i) {
         CRegistry writable(scratch.root(), path.c_str(), kWritable);
@@ -433,7 +433,7 @@ TEST(Registry, ThousandsOfCallsLeakNoHandle) {
         CRegistry assigned;
         assigned = std::move(closed);
     }
-    EXPECT_EQ(regtest::OwnHandleCount(), before);
+    EXPECT_EQ(tavtest::OwnHandleCount(), before);
 }
 
 }  // namespace

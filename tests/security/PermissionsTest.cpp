@@ -234,8 +234,7 @@ TEST(PermissionsChild, DISABLED_Windows9x) {
 
 TEST(Permissions, VerboseLinesAreWrittenAsTheLibraryDefinesThem) {
     tavtest::ChildResult child = tavtest::RunSelfAs({}, "PermissionsChild.DISABLED_WriteSections");
-    ASSERT_TRUE(child.finished);
-    ASSERT_EQ(child.exitCode, 0u) << child.output;
+    ASSERT_TRUE(tavtest::ChildPassed(child));
 
     const std::string count = std::to_string(ProcessTokenGroupCount());
     ASSERT_NE(count, "0");
@@ -253,8 +252,7 @@ TEST(Permissions, VerboseLinesAreWrittenAsTheLibraryDefinesThem) {
 
 TEST(Permissions, OnWindows98EveryUserIsInEveryGroup) {
     tavtest::ChildResult child = tavtest::RunSelfAs({L"win98", {}, L""}, "PermissionsChild.DISABLED_Windows9x");
-    ASSERT_TRUE(child.finished);
-    EXPECT_EQ(child.exitCode, 0u) << child.output;
+    EXPECT_TRUE(tavtest::ChildPassed(child));
     EXPECT_EQ(Section(child.output, "9x"), Lines{"Is 9x, so returning TRUE for IsMemberOf()."});
 }
 

@@ -67,7 +67,7 @@ int wmain(int argc, wchar_t** argv) {
         for (int i = 0; i < run.count; ++i) {
             if (GetForegroundWindow() != window.window()) {  // input reaches the foreground window only
                 ++refronted;
-                keytest::BringToFront(window.window(), window.window());
+                tavtest::BringToFront(window.window(), window.window());
             }
             const keytest::GeneratedScript script = generator.Next(run.kinds);
             const keytest::ScriptOutcome outcome = keytest::TypeAndCheck(script, window);

@@ -1,6 +1,6 @@
 #include "Meter.h"
 
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 
 #include <windows.h>
 #include <winternl.h>
@@ -110,7 +110,7 @@ int64_t PrivateCommittedBytes() {
 
 Reading Measure() {
     Reading reading;
-    reading.handles = regtest::OwnHandleCount();
+    reading.handles = tavtest::OwnHandleCount();
     reading.gdiObjects = GdiObjectCount();
     reading.windows = WindowCount();
     reading.heapBytes = HeapBytesInUse();

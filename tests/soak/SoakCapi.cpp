@@ -3,7 +3,7 @@
 #include "Areas.h"
 
 #include "RegistryFixture.h"
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 #include "TestSupport.h"
 
 #include "capi/TavUtilC.h"
@@ -20,7 +20,7 @@ namespace {
 constexpr const wchar_t* kSupportAddress = L"http://www.velmorax.com/support?B=3";
 
 void SoakCapiObjects(Runner& runner) {
-    regtest::ScratchKey scratch;
+    tavtest::ScratchKey scratch;
     const std::wstring path = scratch.path();
     regtest::RawCreate(HKEY_CURRENT_USER, scratch / L"child");
     wchar_t text[512];

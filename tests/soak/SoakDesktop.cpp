@@ -2,7 +2,7 @@
 #include "Areas.h"
 
 #include "KeySink.h"
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 #include "RunningProgram.h"
 #include "TestSupport.h"
 

@@ -1,7 +1,7 @@
 // CRegistry and CRegistryClass: every operation against a scratch key of the run's own.
 #include "Areas.h"
 
-#include "RegistryFixtures.h"
+#include "RawRegistry.h"
 
 #include <TavUtil.h>
 
@@ -10,7 +10,7 @@
 namespace soak {
 
 void SoakRegistry(Runner& runner) {
-    regtest::ScratchKey scratch;
+    tavtest::ScratchKey scratch;
     const std::wstring path = scratch.path();
     const std::wstring child = scratch / L"child";
     regtest::RawCreate(HKEY_CURRENT_USER, child);
@@ -66,7 +66,7 @@ void SoakRegistry(Runner& runner) {
 }
 
 void SoakRegistryClass(Runner& runner) {
-    regtest::ScratchKey scratch;
+    tavtest::ScratchKey scratch;
     const CString path(scratch.path().c_str());
     regtest::RawCreate(HKEY_CURRENT_USER, scratch / L"child");
     CRegistryClass settings;

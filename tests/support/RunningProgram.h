@@ -2,6 +2,7 @@
 // one, and its end: the program is terminated when the object goes, whether the test passed or not.
 #pragma once
 
+#include "Desktop.h"
 #include "platform/Handles.h"
 
 #include <windows.h>
@@ -10,41 +11,6 @@
 #include <vector>
 
 namespace tavtest {
-
-// Top-level windows of process `processId` whose class is `className` (all classes when empty).
-inline std::vector<HWND> TopLevelWindowsOf(DWORD processId, const std::wstring& className = L"") {
-    struct Context {
-        DWORD processId;
-        const std::wstring* className;
-        std::vector<HWND> found;
-    } context{processId, &className, {}};
-    EnumWindows(
-        [](HWND window, LPARAM param) -> BOOL {
-            Context* c = reinterpret_cast<Context*>(param);
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            wchar_t name[260] = {};
-            GetClassNameW(window, name, 260);
-            if (owner == c->processId && (c->className->empty() || *c->className == name))
-                c->found.push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&context));
-    return context.found;
-}
-
-// Handles this thread's pending messages for about `ms` milliseconds.
-inline void PumpFor(DWORD ms) {
-    DWORD start = GetTickCount();
-    do {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
-        Sleep(5);
-    } while (GetTickCount() - start < ms);
-}
 
 class RunningProgram {
 public:
@@ -72,15 +38,21 @@ public:
         return true;
     }
 
-    // The first top-level window of class `className`, waiting up to `timeoutMs` for it to appear.
-    HWND WaitForWindow(const std::wstring& className, DWORD timeoutMs = 10000) const {
-        for (DWORD waited = 0; waited <= timeoutMs; waited += 50) {
-            std::vector<HWND> windows = TopLevelWindowsOf(processId_, className);
-            if (!windows.empty())
-                return windows.front();
-            Sleep(50);
-        }
-        return nullptr;
+    // The first top-level window of class `className`, waiting up to `timeoutMs` for it to appear and for
+    // its thread to answer: a window is listed as soon as it is made, and the program shows (and activates)
+    // it afterwards, which would take the foreground from a window the test brought to the front meanwhile.
+    HWND WaitForWindow(const std::wstring& className, DWORD timeoutMs = kWaitMs) const {
+        HWND found = nullptr;
+        WaitUntil(
+            [&] {
+                std::vector<HWND> windows = TopLevelWindowsOf(processId_, className);
+                found = windows.empty() ? nullptr : windows.front();
+                return found != nullptr;
+            },
+            timeoutMs);
+        if (found != nullptr)
+            SyncWithThreadOf(found, timeoutMs);
+        return found;
     }
 
     bool HasEnded() const { return !process_ || WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0; }
@@ -112,12 +84,12 @@ struct FrontNotepad {
         if (!program.Start(L"notepad.exe"))
             return false;
         main = program.WaitForWindow(L"Notepad");
-        edit = main ? FindWindowExW(main, nullptr, L"Edit", nullptr) : nullptr;
-        if (!edit)
-            return false;
-        SetForegroundWindow(main);
-        PumpFor(200);
-        return GetForegroundWindow() == main;
+        // The main window is listed before it has its Edit and before it shows.
+        WaitUntil([&] {
+            edit = main ? FindWindowExW(main, nullptr, L"Edit", nullptr) : nullptr;
+            return edit != nullptr && IsWindowVisible(main);
+        });
+        return edit != nullptr && BringToFront(main);
     }
 };
 

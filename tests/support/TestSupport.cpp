@@ -1,9 +1,11 @@
 #include "TestSupport.h"
 
+#include "Desktop.h"
 #include "platform/Handles.h"
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 
 namespace tavtest {
 
@@ -202,9 +204,22 @@ ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD t
     SetEnvironmentVariableW(L"TAVTEST_ARG", nullptr);
 
     DeleteAppDefaults(copyName);
-    for (int attempt = 0; attempt < 50 && !DeleteFileW(copyPath.c_str()); ++attempt)
-        Sleep(20);
+    // The copy can be held a moment after its process ended.
+    WaitUntil([&] { return DeleteFileW(copyPath.c_str()) != FALSE; }, 1000);
     return result;
+}
+
+testing::AssertionResult ChildPassed(const ChildResult& result) {
+    if (!result.finished)
+        return testing::AssertionFailure() << "the child run did not end in time\n" << result.output;
+    if (result.exitCode != 0)
+        return testing::AssertionFailure() << "the child run ended with status " << result.exitCode << "\n"
+                                           << result.output;
+    const std::string passed = "[  PASSED  ] ";
+    const size_t at = result.output.rfind(passed);
+    if (at == std::string::npos || std::atoi(result.output.c_str() + at + passed.size()) < 1)
+        return testing::AssertionFailure() << "the child run passed no test\n" << result.output;
+    return testing::AssertionSuccess();
 }
 
 std::wstring ChildArgument() {

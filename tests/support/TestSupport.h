@@ -2,6 +2,8 @@
 // runs of a test executable under another emulated Windows version.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <windows.h>
 
 #include <string>
@@ -57,6 +59,11 @@ struct EmulatedRun {
 // matching `filter` (disabled tests included, so that child-only tests are named DISABLED_...).
 // The copy and its Wine application settings are removed afterwards.
 ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD timeoutMs = 60000);
+
+// Success when a child test run finished, ended with status 0 and reported at least one test passed (a
+// filter that matches no test passes "0 tests" and is a failure here); otherwise the failure with the
+// child's output.
+testing::AssertionResult ChildPassed(const ChildResult& result);
 
 // The TAVTEST_ARG of the process (empty when not set).
 std::wstring ChildArgument();

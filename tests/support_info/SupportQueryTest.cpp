@@ -4,6 +4,7 @@
 #include <TavUtil.h>
 #include <gtest/gtest.h>
 
+#include "RegistryFixture.h"
 #include "TestSupport.h"
 
 #include <string>
@@ -23,62 +24,20 @@ std::wstring Support(const std::wstring& path = L"/support") {
     return L"http://" + CSWandDeviceInfo::s_strVelmURL + path;
 }
 
-// A string value under HKEY_LOCAL_MACHINE (in the given view) for the length of a test. At the end the
-// registry is as before: keys the fixture created are deleted, a value it replaced is restored.
+// A string value under HKEY_LOCAL_MACHINE (in the given view) for the length of a test, in a key created for
+// it: at the end the keys the fixture created are deleted.
 class RegistryValue {
 public:
     RegistryValue(const std::wstring& path, const wchar_t* name, const std::wstring& text, REGSAM view = 0)
-        : path_(path), name_(name), view_(view) {
-        for (size_t pos = path.find(L'\\'); createdTop_.empty(); pos = path.find(L'\\', pos + 1)) {
-            std::wstring prefix = path.substr(0, pos);
-            tav::UniqueKey probe;
-            if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, prefix.c_str(), 0, KEY_READ | view_, probe.put()) != ERROR_SUCCESS)
-                createdTop_ = prefix;
-            if (pos == std::wstring::npos)
-                break;
-        }
-        tav::UniqueKey key;
-        RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | view_, nullptr, key.put(),
-                        nullptr);
-        DWORD size = 0;
-        hadValue_ = RegQueryValueExW(key.get(), name, nullptr, &oldType_, nullptr, &size) == ERROR_SUCCESS;
-        oldData_.resize(size);
-        if (hadValue_)
-            RegQueryValueExW(key.get(), name, nullptr, &oldType_, oldData_.data(), &size);
-        ok_ = RegSetValueExW(key.get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                             static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
-    }
-    ~RegistryValue() {
-        if (!createdTop_.empty()) {
-            size_t slash = createdTop_.rfind(L'\\');
-            tav::UniqueKey parent;
-            if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, createdTop_.substr(0, slash).c_str(), 0, KEY_ALL_ACCESS | view_,
-                              parent.put()) == ERROR_SUCCESS)
-                RegDeleteTreeW(parent.get(), createdTop_.substr(slash + 1).c_str());
-            return;
-        }
-        tav::UniqueKey key;
-        if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, KEY_ALL_ACCESS | view_, key.put()) != ERROR_SUCCESS)
-            return;
-        if (hadValue_)
-            RegSetValueExW(key.get(), name_.c_str(), 0, oldType_, oldData_.data(), static_cast<DWORD>(oldData_.size()));
-        else
-            RegDeleteValueW(key.get(), name_.c_str());
-    }
+        : key_(HKEY_LOCAL_MACHINE, path, view), ok_(key_.ok() && key_.Set(name, text)) {}
     bool ok() const { return ok_; }
 
 private:
-    std::wstring path_, name_, createdTop_;
-    REGSAM view_;
-    bool hadValue_ = false, ok_ = false;
-    DWORD oldType_ = 0;
-    std::vector<BYTE> oldData_;
+    tavtest::RegistryFixture key_;
+    bool ok_;
 };
 
-bool KeyExists(const wchar_t* path, REGSAM view = 0) {
-    tav::UniqueKey key;
-    return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ | view, key.put()) == ERROR_SUCCESS;
-}
+bool KeyExists(const wchar_t* path, REGSAM view = 0) { return tavtest::KeyExists(HKEY_LOCAL_MACHINE, path, view); }
 
 // The fixtures of this file start from a registry without the suite's keys.
 class SupportQuery : public ::testing::Test {

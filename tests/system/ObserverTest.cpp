@@ -34,10 +34,16 @@ public:
     int calls = 0;
 };
 
+// The list is empty again after an observer came and went: the one that left is not called.
 TEST(Observer, NotifyOnEmptyListDoesNothing) {
+    std::vector<const Recorder*> log;
+    Recorder gone(log, 1);
     Subject subject;
-    subject.Notify(nullptr);
-    SUCCEED() << "no observer, no call, no crash";
+    subject.Attach(&gone);
+    subject.Detach(&gone);
+    subject.Notify(&subject);
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(gone.lastSubject, nullptr);
 }
 
 TEST(Observer, NotifiesInAttachOrder) {

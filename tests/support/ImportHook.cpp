@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace desktoptest {
+namespace tavtest {
 
 namespace {
 
@@ -11,7 +11,8 @@ T* At(HMODULE base, DWORD rva) {
     return reinterpret_cast<T*>(reinterpret_cast<BYTE*>(base) + rva);
 }
 
-// The import address table slot of `dll`!`function` in `module`, or null.
+// The import address table slot of `dll`!`function` in `module`, or null. Imports by ordinal are skipped;
+// a module linked without a separate name table keeps the names in the address table until it is bound.
 void** FindSlot(HMODULE module, const char* dll, const char* function) {
     auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(module);
     auto* nt = At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(dos->e_lfanew));
@@ -35,7 +36,7 @@ void** FindSlot(HMODULE module, const char* dll, const char* function) {
     return nullptr;
 }
 
-void Write(void** slot, void* value) {
+void WriteSlot(void** slot, void* value) {
     DWORD old = 0;
     VirtualProtect(slot, sizeof(void*), PAGE_READWRITE, &old);
     *slot = value;
@@ -44,20 +45,22 @@ void Write(void** slot, void* value) {
 
 }  // namespace
 
-ImportHook::ImportHook(const char* dll, const char* function, void* replacement) {
-    HMODULE library = GetModuleHandleW(L"TavUtil.dll");
-    if (library == nullptr)
-        return;
-    slot_ = FindSlot(library, dll, function);
+HMODULE TavUtilModule() { return GetModuleHandleW(L"TavUtil.dll"); }
+
+ImportHook::ImportHook(const char* dll, const char* function, void* replacement)
+    : ImportHook(TavUtilModule(), dll, function, replacement) {}
+
+ImportHook::ImportHook(HMODULE module, const char* dll, const char* function, void* replacement) {
+    slot_ = module != nullptr ? FindSlot(module, dll, function) : nullptr;
     if (slot_ == nullptr)
         return;
     original_ = *slot_;
-    Write(slot_, replacement);
+    WriteSlot(slot_, replacement);
 }
 
 ImportHook::~ImportHook() {
     if (slot_ != nullptr)
-        Write(slot_, original_);
+        WriteSlot(slot_, original_);
 }
 
-}  // namespace desktoptest
+}  // namespace tavtest
