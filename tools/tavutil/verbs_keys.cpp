@@ -94,9 +94,9 @@ int RunKeys(const cli::Args& arguments) {
     bool dryRun = cli::TakeFlag(args, L"--dry-run");
     bool show = cli::TakeFlag(args, L"--show");
     int delay = 0;
-    if (args.size() >= 2 && args[0] == L"--delay") {
-        delay = cli::ParseInt(args[1], "MS");
-        args.erase(args.begin(), args.begin() + 2);
+    int perKey = 0;
+    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
+           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
     }
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
@@ -108,7 +108,7 @@ int RunKeys(const cli::Args& arguments) {
     }
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
-    SKERR sent = SendKeys(script.c_str());
+    SKERR sent = SendKeysPaced(script.c_str(), static_cast<DWORD>(perKey));
     cli::OutLine(ResultLine(sent == SKERR_NONE ? parsed : sent));
     if (show) {
         Sleep(300);
@@ -120,6 +120,22 @@ int RunKeys(const cli::Args& arguments) {
         cli::OutLine(L"released " + std::to_wstring(held) + L" held keys at exit");
     }
     return sent == SKERR_NONE && parsed == SKERR_NONE ? 0 : 1;
+}
+
+// --delay waits before typing (time to bring the target to the front), as for keys; --per-key paces it.
+int RunType(const cli::Args& arguments) {
+    cli::Args args = arguments;
+    int delay = 0;
+    int perKey = 0;
+    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
+           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
+    }
+    cli::RequireCount(args, 1, 1);
+    if (delay > 0)
+        Sleep(static_cast<DWORD>(delay));
+    SKERR sent = SendTextPaced(args[0].c_str(), static_cast<DWORD>(perKey));
+    cli::OutLine(ResultLine(sent));
+    return sent == SKERR_NONE ? 0 : 1;
 }
 
 int RunEscape(const cli::Args& args) {
@@ -227,9 +243,12 @@ int RunScreenshot(const cli::Args& args) {
     return 0;
 }
 
-cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--show] [--dry-run] SCRIPT",
+cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] SCRIPT",
                             L"type a keystroke script into the focused window (--dry-run: show its key queue)",
                             &RunKeys}};
+cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
+                            L"type TEXT literally into the focused window, whatever the keyboard layout",
+                            &RunType}};
 cli::VerbRegistration escape{{L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally",
                               &RunEscape}};
 cli::VerbRegistration releaseAll{{L"release-all", L"release-all", L"release the keys a held script left pressed",
