@@ -76,4 +76,6 @@ int kit_intact(const wchar_t* buffer, size_t units, int untouched) {
     return 1;
 }
 
-void kit_release(wchar_t* buffer) { free(buffer); }
+void kit_release(wchar_t* buffer) {
+    free(buffer);
+}

@@ -99,10 +99,9 @@ static void check_paths(void) {
 }
 
 static void check_versions(void) {
-    static const wchar_t* const pairs[][2] = {{L"1.2.3.4", L"1.2.3.4"}, {L"1.2.3.5", L"1.2.3.4"},
-                                              {L"1.2.4.0", L"1.2.3.9"}, {L"1.3", L"1.2.9.9"},
-                                              {L"2", L"1.9.9.9"},       {L"1.2.3.4", L"1.2.3.5"},
-                                              {L"65537.2", L"1.2"}};
+    static const wchar_t* const pairs[][2] = {
+        {L"1.2.3.4", L"1.2.3.4"}, {L"1.2.3.5", L"1.2.3.4"}, {L"1.2.4.0", L"1.2.3.9"}, {L"1.3", L"1.2.9.9"},
+        {L"2", L"1.9.9.9"},       {L"1.2.3.4", L"1.2.3.5"}, {L"65537.2", L"1.2"}};
     tav_version a;
     tav_version b;
     size_t i;
@@ -232,8 +231,8 @@ static void check_installed_software(void) {
 
     /* An App Paths entry of the test's own. */
     if (RegCreateKeyExW(HKEY_LOCAL_MACHINE,
-                        L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe", 0, NULL, 0,
-                        KEY_ALL_ACCESS, NULL, &key, NULL) == 0) {
+                        L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe", 0, NULL,
+                        0, KEY_ALL_ACCESS, NULL, &key, NULL) == 0) {
         RegSetValueExW(key, NULL, 0, REG_SZ, (const BYTE*)L"C:\\capi\\capitestapp.exe", 48);
         RegCloseKey(key);
     }
@@ -242,7 +241,8 @@ static void check_installed_software(void) {
     CHECK_TEXT(found, expected, tav_find_application_path, L"capitestapp", L"exe");
     CHECK_TEXT(1, L"C:\\capi\\capitestapp.exe", tav_find_application_path, L"capitestapp", L"exe");
     CHECK_TEXT(0, L"", tav_find_application_path, L"capinosuchapp", L"exe");
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe");
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE,
+                  L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe");
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_find_application_path(NULL, L"exe", NULL, 0, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_find_application_path(L"x", NULL, NULL, 0, NULL));
 

@@ -107,8 +107,9 @@ void test_logging(void) {
 
     bytes = read_file_bytes(path);
     EXPECT_TRUE(strstr(bytes, "level=\"INFO   \"") != NULL);
-    EXPECT_TRUE(strstr(bytes, "filename=\"capi.c\" linenumber=\"42\" function=\"test_logging\" message=\"from C\"") !=
-                NULL);
+    EXPECT_TRUE(
+        strstr(bytes, "filename=\"capi.c\" linenumber=\"42\" function=\"test_logging\" message=\"from C\"") !=
+        NULL);
     EXPECT_TRUE(strstr(bytes, "still to the file") != NULL);
     EXPECT_TRUE(strstr(bytes, "filtered out") == NULL);
     EXPECT_TRUE(strstr(bytes, "nowhere") == NULL);
@@ -214,6 +215,35 @@ void test_keys(HWND edit) {
     EXPECT_INT(0, tav_keys_run(L"x"));
     typed.expected = L"HiC\r\nx";
     EXPECT_TRUE(wait_until(edit_shows, &typed, 10000));
+
+    /* Literal text, and paced typing. */
+    EXPECT_INT(0, tav_send_text(L"a+b {x}\n"));
+    typed.expected = L"HiC\r\nxa+b {x}\r\n";
+    EXPECT_TRUE(wait_until(edit_shows, &typed, 10000));
+    EXPECT_INT(0, tav_send_text_paced(L"\x00e9\x20ac", 5));
+    typed.expected = L"HiC\r\nxa+b {x}\r\n\x00e9\x20ac";
+    EXPECT_TRUE(wait_until(edit_shows, &typed, 10000));
+    EXPECT_INT(0, tav_send_keys_paced(L"+(q)", 5));
+    typed.expected = L"HiC\r\nxa+b {x}\r\n\x00e9\x20acQ";
+    EXPECT_TRUE(wait_until(edit_shows, &typed, 10000));
+    EXPECT_INT(0, tav_keys_run_paced(L"z", 0));
+    typed.expected = L"HiC\r\nxa+b {x}\r\n\x00e9\x20acQz";
+    EXPECT_TRUE(wait_until(edit_shows, &typed, 10000));
+    EXPECT_INT(2, tav_keys_run_paced(L"{nosuchkey}", 5));
+    EXPECT_INT(0, tav_send_keys_paced(L"{nosuchkey}", 5));
+    EXPECT_INT(TAV_OK, tav_send_keys_set_in_progress(1));
+    EXPECT_INT(7, tav_send_text(L"x"));
+    EXPECT_INT(TAV_OK, tav_send_keys_set_in_progress(1));
+    EXPECT_INT(7, tav_send_text_paced(L"x", 5));
+    EXPECT_INT(TAV_OK, tav_send_keys_set_in_progress(1));
+    EXPECT_INT(7, tav_send_keys_paced(L"x", 5));
+    EXPECT_INT(TAV_OK, tav_send_keys_clear_in_progress());
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_text(NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_text_paced(NULL, 5));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_keys_paced(NULL, 5));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_run_paced(NULL, 5));
+    typed.expected = L"HiC\r\nxa+b {x}\r\n\x00e9\x20acQz";
+    EXPECT_TRUE(wait_until(edit_shows, &typed, 2000));
 
     /* Hold mode: a key pressed inside '[' stays down until everything is released. */
     EXPECT_INT(0, tav_send_keys(L"[a"));

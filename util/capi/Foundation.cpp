@@ -14,7 +14,9 @@ using namespace tav::capi;
 
 namespace {
 
-bool IsLogLevel(int32_t level) { return level >= ERROR_LEVEL && level <= DEBUG4_LEVEL; }
+bool IsLogLevel(int32_t level) {
+    return level >= ERROR_LEVEL && level <= DEBUG4_LEVEL;
+}
 
 // The log file this interface opened, if any: closed when the output changes again. Process-wide, like the
 // log stream it stands behind.
@@ -31,11 +33,13 @@ void ReplaceLogStream(FILE* stream) {
     opened = nullptr;
 }
 
-}  // namespace
+} // namespace
 
 extern "C" {
 
-int32_t tav_c_interface_version(void) { return 1; }
+int32_t tav_c_interface_version(void) {
+    return 1;
+}
 
 int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
@@ -79,11 +83,21 @@ int32_t tav_strip_trailing_backslash(const wchar_t* path, wchar_t* buffer, size_
     });
 }
 
-int32_t tav_os_type(void) { return Guarded([] { return static_cast<int32_t>(OSInfo().version()); }); }
-uint32_t tav_os_build_number(void) { return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().buildNumber()); })); }
-uint32_t tav_os_platform_id(void) { return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().platformId()); })); }
-uint32_t tav_os_service_pack_major(void) { return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().servicePackMajor()); })); }
-uint32_t tav_os_service_pack_minor(void) { return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().servicePackMinor()); })); }
+int32_t tav_os_type(void) {
+    return Guarded([] { return static_cast<int32_t>(OSInfo().version()); });
+}
+uint32_t tav_os_build_number(void) {
+    return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().buildNumber()); }));
+}
+uint32_t tav_os_platform_id(void) {
+    return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().platformId()); }));
+}
+uint32_t tav_os_service_pack_major(void) {
+    return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().servicePackMajor()); }));
+}
+uint32_t tav_os_service_pack_minor(void) {
+    return static_cast<uint32_t>(Guarded([] { return static_cast<int32_t>(OSInfo().servicePackMinor()); }));
+}
 
 int32_t tav_os_service_pack(wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
@@ -97,22 +111,36 @@ int32_t tav_os_ask(int32_t question) {
     return Guarded([&]() -> int32_t {
         const OSInfo os;
         switch (question) {
-        case TAV_OS_USE_VXD_DRIVER: return os.useVxdDriver();
-        case TAV_OS_USE_SYS_DRIVER: return os.useSysDriver();
-        case TAV_OS_DISTINGUISHES_LEFT_RIGHT_MODIFIERS: return os.distinguishesLeftRightModifiers();
-        case TAV_OS_USB_SUPPORTED: return os.isUSBSupported();
-        case TAV_OS_BLUETOOTH_SUPPORTED: return os.isBluetoothSupported();
-        case TAV_OS_802_11B_SUPPORTED: return os.is802_11bSupported();
-        case TAV_OS_UNDERLYING_64BIT: return os.IsUnderlying64Bit();
-        default: return TAV_E_UNKNOWN_ENUM;
+        case TAV_OS_USE_VXD_DRIVER:
+            return os.useVxdDriver();
+        case TAV_OS_USE_SYS_DRIVER:
+            return os.useSysDriver();
+        case TAV_OS_DISTINGUISHES_LEFT_RIGHT_MODIFIERS:
+            return os.distinguishesLeftRightModifiers();
+        case TAV_OS_USB_SUPPORTED:
+            return os.isUSBSupported();
+        case TAV_OS_BLUETOOTH_SUPPORTED:
+            return os.isBluetoothSupported();
+        case TAV_OS_802_11B_SUPPORTED:
+            return os.is802_11bSupported();
+        case TAV_OS_UNDERLYING_64BIT:
+            return os.IsUnderlying64Bit();
+        default:
+            return TAV_E_UNKNOWN_ENUM;
         }
     });
 }
 
-int32_t tav_platform_classification(void) { return Guarded([] { return CPlatforme().GetClassification(); }); }
-int32_t tav_platform_is_win9x(void) { return Guarded([] { return static_cast<int32_t>(CPlatforme().IsWin9x()); }); }
+int32_t tav_platform_classification(void) {
+    return Guarded([] { return CPlatforme().GetClassification(); });
+}
+int32_t tav_platform_is_win9x(void) {
+    return Guarded([] { return static_cast<int32_t>(CPlatforme().IsWin9x()); });
+}
 
-int32_t tav_vista_is_vista(void) { return Guarded([] { return static_cast<int32_t>(cVistaHelper().IsVista()); }); }
+int32_t tav_vista_is_vista(void) {
+    return Guarded([] { return static_cast<int32_t>(cVistaHelper().IsVista()); });
+}
 int32_t tav_vista_is_dwm_composition_enabled(void) {
     return Guarded([] { return static_cast<int32_t>(cVistaHelper().IsDWMCompositionEnabled()); });
 }
@@ -132,7 +160,9 @@ int32_t tav_log_write(int32_t level, const wchar_t* file, int32_t line, const wc
     });
 }
 
-int32_t tav_log_reporting_level(void) { return Guarded([] { return static_cast<int32_t>(VelmLog::ReportingLevel()); }); }
+int32_t tav_log_reporting_level(void) {
+    return Guarded([] { return static_cast<int32_t>(VelmLog::ReportingLevel()); });
+}
 
 int32_t tav_log_set_reporting_level(int32_t level) {
     return Guarded([&]() -> int32_t {
@@ -197,4 +227,4 @@ int32_t tav_log_debugger_copy(void) {
     return Guarded([] { return static_cast<int32_t>(OutputToFILE::OutputDebugStrings()); });
 }
 
-}  // extern "C"
+} // extern "C"

@@ -18,12 +18,15 @@ struct tav_settings_t {
 
 static_assert(sizeof(tav_logfont) == sizeof(LOGFONTW), "tav_logfont is a LOGFONTW");
 static_assert(sizeof(tav_date_time) == sizeof(COleDateTime), "tav_date_time is a COleDateTime");
-static_assert(sizeof(tav_rect) == sizeof(RECT) && sizeof(tav_point) == sizeof(POINT) && sizeof(tav_size) == sizeof(SIZE),
+static_assert(sizeof(tav_rect) == sizeof(RECT) && sizeof(tav_point) == sizeof(POINT) &&
+                  sizeof(tav_size) == sizeof(SIZE),
               "the geometry records are the Win32 structures");
 
 namespace {
 
-HKEY Key(tav_hkey key) { return static_cast<HKEY>(key); }
+HKEY Key(tav_hkey key) {
+    return static_cast<HKEY>(key);
+}
 
 // Runs `body` on the handle's object, with the C layer's checks for the handle and the text arguments.
 template <typename Handle, typename Body>
@@ -38,12 +41,11 @@ int32_t OnHandle(Handle handle, std::initializer_list<const void*> required, Bod
     });
 }
 
-template <typename Record, typename Object>
-void CopyRecord(const Object& from, Record* to) {
+template <typename Record, typename Object> void CopyRecord(const Object& from, Record* to) {
     std::memcpy(to, &from, sizeof(Record));
 }
 
-}  // namespace
+} // namespace
 
 extern "C" {
 
@@ -51,7 +53,9 @@ tav_registry tav_registry_create(void) {
     return GuardedHandle([]() -> tav_registry { return new tav_registry_t; });
 }
 
-void tav_registry_destroy(tav_registry key) { delete key; }
+void tav_registry_destroy(tav_registry key) {
+    delete key;
+}
 
 int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only) {
     return OnHandle(key, {path}, [&]() -> int32_t {
@@ -83,10 +87,12 @@ int32_t tav_registry_write_string(tav_registry key, const wchar_t* name, const w
     return OnHandle(key, {name, value}, [&]() -> int32_t { return key->key.WriteStringValue(name, value); });
 }
 
-int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data, uint32_t* size) {
+int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data,
+                                 uint32_t* size) {
     return OnHandle(key, {name}, [&]() -> int32_t {
         static_assert(sizeof(unsigned long) == sizeof(uint32_t), "Windows' unsigned long is 32 bits");
-        return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type), static_cast<unsigned char*>(data),
+        return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type),
+                                     static_cast<unsigned char*>(data),
                                      reinterpret_cast<unsigned long*>(size));
     });
 }
@@ -113,7 +119,8 @@ int32_t tav_registry_subkeys(tav_registry key, wchar_t* buffer, size_t capacity,
         if (BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
         std::list<CStdStr<wchar_t>> names;
-        for (const wchar_t* name = key->key.GetFirstSubkey(); name != nullptr; name = key->key.GetNextSubkey())
+        for (const wchar_t* name = key->key.GetFirstSubkey(); name != nullptr;
+             name = key->key.GetNextSubkey())
             names.emplace_back(name);
         return WithText(static_cast<int32_t>(names.size()), CopyList(names, buffer, capacity, needed));
     });
@@ -123,7 +130,9 @@ tav_settings tav_settings_create(void) {
     return GuardedHandle([]() -> tav_settings { return new tav_settings_t; });
 }
 
-void tav_settings_destroy(tav_settings settings) { delete settings; }
+void tav_settings_destroy(tav_settings settings) {
+    delete settings;
+}
 
 int32_t tav_settings_set_root(tav_settings settings, tav_hkey root) {
     return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.SetRootKey(Key(root)); });
@@ -141,7 +150,8 @@ int32_t tav_settings_create_key(tav_settings settings, const wchar_t* path) {
 }
 
 int32_t tav_settings_set_key(tav_settings settings, const wchar_t* path, int32_t can_create) {
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
+    return OnHandle(settings, {path},
+                    [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
 }
 
 int32_t tav_settings_clear_key(tav_settings settings) {
@@ -161,7 +171,8 @@ int32_t tav_settings_current_path(tav_settings settings, wchar_t* buffer, size_t
 }
 
 int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root) {
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
+    return OnHandle(settings, {path},
+                    [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
 }
 
 int32_t tav_settings_delete_key(tav_settings settings, const wchar_t* path) {
@@ -226,8 +237,8 @@ int32_t tav_settings_last_status(tav_settings settings) {
     return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.GetLastStatus(); });
 }
 
-int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def, wchar_t* buffer,
-                                 size_t capacity, size_t* needed) {
+int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def,
+                                 wchar_t* buffer, size_t capacity, size_t* needed) {
     return OnHandle(settings, {name, def}, [&]() -> int32_t {
         if (BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -328,11 +339,13 @@ int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_l
 }
 
 int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name, const wchar_t* value) {
-    return OnHandle(settings, {name, value}, [&]() -> int32_t { return settings->settings.WriteString(name, value); });
+    return OnHandle(settings, {name, value},
+                    [&]() -> int32_t { return settings->settings.WriteString(name, value); });
 }
 
 int32_t tav_settings_write_dword(tav_settings settings, const wchar_t* name, uint32_t value) {
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
+    return OnHandle(settings, {name},
+                    [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
 }
 
 int32_t tav_settings_write_int(tav_settings settings, const wchar_t* name, int32_t value) {
@@ -344,11 +357,13 @@ int32_t tav_settings_write_bool(tav_settings settings, const wchar_t* name, int3
 }
 
 int32_t tav_settings_write_color(tav_settings settings, const wchar_t* name, uint32_t value) {
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
+    return OnHandle(settings, {name},
+                    [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
 }
 
 int32_t tav_settings_write_float(tav_settings settings, const wchar_t* name, double value) {
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
+    return OnHandle(settings, {name},
+                    [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
 }
 
 int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* value) {
@@ -391,4 +406,4 @@ int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name, cons
     });
 }
 
-}  // extern "C"
+} // extern "C"
