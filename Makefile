@@ -46,10 +46,12 @@ demo: build
 
 bench: build
 	cmake --build $(BUILD) --target benchmarks -j $(JOBS)
-	@$(SESSION) start $(BUILD) && \
+	@rm -f $(BUILD)/bin/bench_table.txt; $(SESSION) start $(BUILD) && \
 	status=0; for b in $(BUILD)/bin/bench_*.exe; do \
 	    echo "== $$(basename $$b)"; $(SESSION) run $(BUILD) "$$b" || status=1; \
-	done; $(SESSION) stop $(BUILD); exit $$status
+	done; $(SESSION) stop $(BUILD); \
+	echo; echo "== benchmark table (ratios: library / baseline, median of interleaved pairs)"; \
+	cat $(BUILD)/bin/bench_table.txt; exit $$status
 
 install: build
 	cmake --install $(BUILD) --prefix $(or $(PREFIX),$(BUILD)/install)

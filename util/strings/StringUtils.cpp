@@ -1,10 +1,12 @@
 #include "strings/StringUtils.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
-const wchar_t kSeparators[] = L" \n\r";
+// The separators: blank, line feed and carriage return.
+bool IsSeparator(wchar_t unit) { return unit == L' ' || unit == L'\n' || unit == L'\r'; }
 const wchar_t kAbbreviation[] = L"...";
 const int kAbbreviationLength = 3;
 
@@ -16,30 +18,41 @@ void AppendPiece(std::list<CStdStr<wchar_t>>& pieces, CStdStr<wchar_t> piece) {
 
 }  // namespace
 
+// The remainder is a window [begin, end) of the text rather than a copy of it, so that a cut takes time in
+// proportion to the text: copying the rest after every piece made long texts quadratic.
 std::list<CStdStr<wchar_t>> StringCut(const CStdStr<wchar_t>& text, int width) {
     std::list<CStdStr<wchar_t>> pieces;
-    CStdStr<wchar_t> rest = text;
+    const wchar_t* const units = text.data();
+    size_t begin = 0;
+    size_t end = text.size();
     for (;;) {
-        rest.Trim(kSeparators);
-        if (rest.GetLength() <= width) {
-            AppendPiece(pieces, rest);
+        while (begin < end && IsSeparator(units[begin]))
+            ++begin;
+        while (end > begin && IsSeparator(units[end - 1]))
+            --end;
+        const size_t length = end - begin;
+        if (width >= 0 && length <= static_cast<size_t>(width)) {
+            AppendPiece(pieces, CStdStr<wchar_t>(units + begin, length));
             return pieces;
         }
-        int firstSeparator = rest.FindOneOf(kSeparators);
-        if (firstSeparator >= 0 && firstSeparator <= width) {
-            // Break at the last separator within the first width+1 units.
-            int breakAt = rest.Left(width + 1).FindLastOneOf(kSeparators);
-            AppendPiece(pieces, rest.Left(breakAt));
-            rest = rest.Mid(breakAt);
+        const size_t firstSeparator = static_cast<size_t>(std::find_if(units + begin, units + end, IsSeparator) -
+                                                          (units + begin));  // `length` when there is none
+        if (firstSeparator < length && width >= 0 && firstSeparator <= static_cast<size_t>(width)) {
+            // Break at the last separator within the first width+1 units (the remainder is longer than that).
+            size_t breakAt = static_cast<size_t>(width);
+            while (!IsSeparator(units[begin + breakAt]))
+                --breakAt;
+            AppendPiece(pieces, CStdStr<wchar_t>(units + begin, breakAt));
+            begin += breakAt;
             continue;
         }
         // The first word is longer than the width: abbreviate it and drop the rest of the word.
         // Widths of 3 or less leave no room for text: the piece is then only the mark.
-        int kept = width - kAbbreviationLength < 0 ? 0 : width - kAbbreviationLength;
-        AppendPiece(pieces, rest.Left(kept) + kAbbreviation);
-        if (firstSeparator < 0)
+        const size_t kept = width - kAbbreviationLength < 0 ? 0 : static_cast<size_t>(width - kAbbreviationLength);
+        AppendPiece(pieces, CStdStr<wchar_t>(units + begin, kept) + kAbbreviation);
+        if (firstSeparator == length)
             return pieces;
-        rest = rest.Mid(firstSeparator);
+        begin += firstSeparator;
     }
 }
 
