@@ -13,7 +13,8 @@ SESSION := cmake/wine-session.sh
 PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             binutils-mingw-w64-x86-64:x86_64-w64-mingw32-objdump \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
-            googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja
+            googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
+            clang:clang lld:lld-link llvm:llvm-dlltool
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs
 
