@@ -10,7 +10,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja
 
-.PHONY: all deps configure build test demo bench install clean
+.PHONY: all deps configure build test demo bench install clean test-hardened fuzz
 
 all: build
 
@@ -39,6 +39,19 @@ build: deps configure
 # been seen to lose a program at start-up, very rarely, on a loaded machine; a real defect fails twice.
 test: build
 	cd $(BUILD) && ctest --output-on-failure --timeout 900 --repeat until-pass:2
+
+# The whole suite (with the quick hostile-input pass) on the hardened variant, in its own build folder.
+HARDENED_BUILD ?= build-hardened
+test-hardened: deps
+	cmake -S . -B $(HARDENED_BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=Release \
+	    -DTAVUTIL_HARDENED=ON -DTAVUTIL_BUILD_BENCH=OFF
+	cmake --build $(HARDENED_BUILD) -j $(JOBS)
+	cd $(HARDENED_BUILD) && ctest --output-on-failure --timeout 900 --repeat until-pass:2
+
+# The long hostile-input pass: TAVUTIL_FUZZ_INPUTS inputs per driver (default 1,000,000) and a table.
+fuzz: build
+	@$(SESSION) start $(BUILD) && \
+	$(SESSION) run $(BUILD) $(BUILD)/bin/fuzz_tests.exe --long; status=$$?; $(SESSION) stop $(BUILD); exit $$status
 
 demo: build
 	bash demo/demo.sh $(BUILD)
