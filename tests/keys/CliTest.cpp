@@ -1,5 +1,6 @@
 // The keystroke verbs of tavutil.exe.
 #include "KeyTestWindows.h"
+#include "TextRecorder.h"
 
 #include <TestSupport.h>
 
@@ -70,6 +71,43 @@ TEST_F(KeysCliTyping, KeysVerbReportsCommandWordsAndMenuFailures) {
     EXPECT_EQ(1u, run.exitCode) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("result: 2 (SKERR_INVALIDKEY)")) << run.output;
     EXPECT_TRUE(recorder.WaitForKeys(1, 300).empty()) << Describe(recorder.keys);
+}
+
+TEST_F(KeysCliTyping, TypeVerbTypesTextLiterally) {
+    keytest::TextRecorder recorder;
+    tavtest::ChildResult run = Tavutil(L"type \"a\u00E9{+}\U0001F600\"");
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_EQ("result: 0 (SKERR_NONE)\n", run.output);
+    recorder.WaitForKeyMessages(14);
+    EXPECT_EQ(14u, recorder.KeyMessages().size()) << recorder.DescribeKeys();
+    EXPECT_TRUE(recorder.Characters() == L"a\u00E9{+}\U0001F600");
+}
+
+// --per-key spaces the events (checked from below only); --delay waits before the first, as for keys.
+TEST_F(KeysCliTyping, PerKeyPacesTypeAndKeys) {
+    keytest::TextRecorder recorder;
+    for (const wchar_t* command :
+         {L"type --per-key 30 --delay 10 abc", L"keys --delay 10 --per-key 30 abc"}) {
+        recorder.Clear();
+        tavtest::ChildResult run = Tavutil(command);
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        recorder.WaitForKeyMessages(6);
+        std::vector<keytest::TextRecorder::Message> keys = recorder.KeyMessages();
+        ASSERT_EQ(6u, keys.size()) << tavtest::Narrow(command) << ": " << recorder.DescribeKeys();
+        EXPECT_GE(keys.back().time - keys.front().time, 5 * 29) << tavtest::Narrow(command);
+        EXPECT_TRUE(recorder.Characters() == L"abc");
+    }
+}
+
+TEST(KeysCli, TypeUsageErrors) {
+    for (const wchar_t* command : {L"type", L"type a b", L"type --per-key x a", L"type --per-key -5 a",
+                                   L"type --delay 5", L"keys --per-key -1 a"}) {
+        tavtest::ChildResult run = Tavutil(command);
+        EXPECT_EQ(2u, run.exitCode) << tavtest::Narrow(command) << "\n" << run.output;
+    }
+    tavtest::ChildResult help = Tavutil(L"--help");
+    EXPECT_NE(std::string::npos, help.output.find("type [--delay MS] [--per-key MS] TEXT")) << help.output;
+    EXPECT_NE(std::string::npos, help.output.find("keys [--delay MS] [--per-key MS]")) << help.output;
 }
 
 }  // namespace

@@ -77,6 +77,17 @@ bool TakeFlag(Args& args, const std::wstring& flag) {
     return true;
 }
 
+bool TakeLeadingMilliseconds(Args& args, const std::wstring& option, int& ms) {
+    if (args.size() < 2 || args[0] != option)
+        return false;
+    int value = ParseInt(args[1], "MS");
+    if (value < 0)
+        throw UsageError("MS must not be negative, not '" + Narrow(args[1]) + "'");
+    ms = value;
+    args.erase(args.begin(), args.begin() + 2);
+    return true;
+}
+
 std::wstring YesNo(bool value) { return value ? L"yes" : L"no"; }
 
 }  // namespace cli

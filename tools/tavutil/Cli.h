@@ -39,6 +39,10 @@ std::string Narrow(const std::wstring& text);
 int ParseInt(const std::wstring& text, const char* what);  // throws UsageError when not a number
 void RequireCount(const Args& args, size_t min, size_t max);  // throws UsageError
 bool TakeFlag(Args& args, const std::wstring& flag);          // removes `flag` when present
+// When args start with `option MS`, removes both, stores MS in `ms` and returns true. Throws UsageError
+// when MS is not a whole number or is negative. Options of this kind stand before the other arguments,
+// so that a text argument that happens to look like one is left alone.
+bool TakeLeadingMilliseconds(Args& args, const std::wstring& option, int& ms);
 std::wstring YesNo(bool value);
 
 }  // namespace cli

@@ -94,9 +94,9 @@ int RunKeys(const cli::Args& arguments) {
     bool dryRun = cli::TakeFlag(args, L"--dry-run");
     bool show = cli::TakeFlag(args, L"--show");
     int delay = 0;
-    if (args.size() >= 2 && args[0] == L"--delay") {
-        delay = cli::ParseInt(args[1], "MS");
-        args.erase(args.begin(), args.begin() + 2);
+    int perKey = 0;
+    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
+           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
     }
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
@@ -113,7 +113,8 @@ int RunKeys(const cli::Args& arguments) {
     // after its command words: every command word is itself a brace item that does not parse.
     bool shortcut = script == L"^C" || script == L"^c" || script == L"^V" || script == L"^v" ||
                     script == L"^X" || script == L"^x";
-    SKERR ran = shortcut ? SendKeys(script.c_str()) : tav::keys::RunKeyScript(script.c_str());
+    DWORD pace = static_cast<DWORD>(perKey);
+    SKERR ran = shortcut ? SendKeysPaced(script.c_str(), pace) : tav::keys::RunKeyScript(script.c_str(), pace);
     bool commandsDone = ran == SKERR_NONE && parsed != SKERR_NONE;
     cli::OutLine(commandsDone ? std::wstring(L"result: command words carried out") : ResultLine(ran));
     if (show) {
@@ -126,6 +127,22 @@ int RunKeys(const cli::Args& arguments) {
         cli::OutLine(L"released " + std::to_wstring(held) + L" held keys at exit");
     }
     return ran == SKERR_NONE ? 0 : 1;
+}
+
+// --delay waits before typing (time to bring the target to the front), as for keys; --per-key paces it.
+int RunType(const cli::Args& arguments) {
+    cli::Args args = arguments;
+    int delay = 0;
+    int perKey = 0;
+    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
+           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
+    }
+    cli::RequireCount(args, 1, 1);
+    if (delay > 0)
+        Sleep(static_cast<DWORD>(delay));
+    SKERR sent = SendTextPaced(args[0].c_str(), static_cast<DWORD>(perKey));
+    cli::OutLine(ResultLine(sent));
+    return sent == SKERR_NONE ? 0 : 1;
 }
 
 int RunEscape(const cli::Args& args) {
@@ -233,9 +250,12 @@ int RunScreenshot(const cli::Args& args) {
     return 0;
 }
 
-cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--show] [--dry-run] SCRIPT",
+cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] SCRIPT",
                             L"type a keystroke script into the focused window (--dry-run: show its key queue)",
                             &RunKeys}};
+cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
+                            L"type TEXT literally into the focused window, whatever the keyboard layout",
+                            &RunType}};
 cli::VerbRegistration escape{{L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally",
                               &RunEscape}};
 cli::VerbRegistration releaseAll{{L"release-all", L"release-all", L"release the keys a held script left pressed",

@@ -58,7 +58,7 @@ void ResetPlayer() {
     state.queue.Rewind();
 }
 
-bool PlayOneEvent() {
+bool PlayOneEvent(EventPacer& pacer) {
     KeyState& state = State();
     PlayerState& player = state.player;
     WORD code = 0;
@@ -87,6 +87,7 @@ bool PlayOneEvent() {
     }
     if (player.hold && !ShouldSendInHoldMode(state.holdList, code, keyUp))
         return true;
+    pacer.BeforeEvent();
     SendKeyEvent(code, keyUp);
     return true;
 }
@@ -95,9 +96,12 @@ bool PlayOneEvent() {
 
 namespace tav::keys {
 
-void PlayKeyQueue() {
+void PlayKeyQueue() { PlayKeyQueue(0); }
+
+void PlayKeyQueue(DWORD perEventDelayMs) {
     detail::ResetPlayer();
-    while (detail::PlayOneEvent()) {
+    detail::EventPacer pacer(perEventDelayMs);
+    while (detail::PlayOneEvent(pacer)) {
     }
 }
 

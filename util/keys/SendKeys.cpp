@@ -8,8 +8,9 @@
 
 namespace {
 
-// The clipboard shortcuts go through the press helper, which paces its keys for the target.
-bool PressShortcut(const wchar_t* script) {
+// The clipboard shortcuts go through the press helper, which paces its keys for the target; a paced call
+// adds its own delay before each key after the first.
+bool PressShortcut(const wchar_t* script, DWORD delayMs) {
     WORD letter = 0;
     if (wcscmp(script, L"^C") == 0 || wcscmp(script, L"^c") == 0)
         letter = 'C';
@@ -20,10 +21,15 @@ bool PressShortcut(const wchar_t* script) {
     if (letter == 0)
         return false;
     PressKeyHelper helper;
-    helper.Press(VK_CONTROL, 0);
-    helper.Press(letter, 0);
-    helper.Press(letter, KEYEVENTF_KEYUP);
-    helper.Press(VK_CONTROL, KEYEVENTF_KEYUP);
+    tav::keys::detail::EventPacer pacer(delayMs);
+    const struct {
+        WORD key;
+        DWORD flags;
+    } presses[] = {{VK_CONTROL, 0}, {letter, 0}, {letter, KEYEVENTF_KEYUP}, {VK_CONTROL, KEYEVENTF_KEYUP}};
+    for (const auto& press : presses) {
+        pacer.BeforeEvent();
+        helper.Press(press.key, press.flags);
+    }
     return true;
 }
 
@@ -31,7 +37,9 @@ bool PressShortcut(const wchar_t* script) {
 
 namespace tav::keys {
 
-SKERR RunKeyScript(const wchar_t* script) {
+SKERR RunKeyScript(const wchar_t* script) { return RunKeyScript(script, 0); }
+
+SKERR RunKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
     if (script == nullptr)
         script = L"";
     SKERR commands = detail::CarryOutCommandWords(script);
@@ -42,22 +50,24 @@ SKERR RunKeyScript(const wchar_t* script) {
     if (SKERR e = ParseKeyScript(script))
         return e;
     detail::State().inProgress = 0;
-    PlayKeyQueue();
+    PlayKeyQueue(perEventDelayMs);
     return SKERR_NONE;
 }
 
 }  // namespace tav::keys
 
-SKERR SendKeys(const wchar_t* script) {
+SKERR SendKeys(const wchar_t* script) { return SendKeysPaced(script, 0); }
+
+SKERR SendKeysPaced(const wchar_t* script, DWORD delayMs) {
     if (SendKeys_InProgress() != 0) {
         MessageBeep(MB_ICONEXCLAMATION);
         return SKERR_BUSY;
     }
-    if (script != nullptr && PressShortcut(script))
+    if (script != nullptr && PressShortcut(script, delayMs))
         return SKERR_NONE;
     // The run's result is not passed on, on purpose: hosts treat every accepted script as sent, and a
     // script with an error simply types nothing.
-    tav::keys::RunKeyScript(script);
+    tav::keys::RunKeyScript(script, delayMs);
     return SKERR_NONE;
 }
 

@@ -35,6 +35,11 @@ enum SKERR {
 // anywhere types nothing at all. "^C", "^V" and "^X" (either case) are pressed through PressKeyHelper.
 TAVUTIL_API SKERR SendKeys(const wchar_t* script);
 
+// SendKeys with a pause of `delayMs` milliseconds before every key event but the first, for targets that
+// drop keys arriving with no pause between them. Hold mode, the modifier toggles, command words and the
+// result are those of SendKeys; a delay of 0 is SendKeys itself.
+TAVUTIL_API SKERR SendKeysPaced(const wchar_t* script, DWORD delayMs);
+
 // Escapes `text` in place so that SendKeys types it literally: each of % ( ) * + [ ] ^ { } ~ is wrapped
 // in braces ("50% (a+b)" becomes "50{%} {(}a{+}b{)}"). The name says "remove"; the function escapes.
 TAVUTIL_API void SendKeysRemoveSpecialChars(CString& text);
@@ -60,9 +65,13 @@ TAVUTIL_API SKERR ParseKeyScript(const wchar_t* script);
 // A whole run: command words, then parse, then play. Returns the run's own result (SendKeys discards
 // it): SKERR_NONE when the script ran (or only command words did), SKERR_MENUFAILED, or a parse error.
 TAVUTIL_API SKERR RunKeyScript(const wchar_t* script);
+// The same run with a pause of `perEventDelayMs` before every key event but the first (0: none).
+TAVUTIL_API SKERR RunKeyScript(const wchar_t* script, DWORD perEventDelayMs);
 
 // Plays the key queue from its start as key events (hold mode and the hold list carry over).
 TAVUTIL_API void PlayKeyQueue();
+// The same, with a pause of `perEventDelayMs` before every key event but the first (0: none).
+TAVUTIL_API void PlayKeyQueue(DWORD perEventDelayMs);
 
 // The virtual-key code of a key name of the script language ("ENTER", "f5", ...; any case), or 0 when
 // the name is not in the table. "QUEUESYNC" gives 0xFFFF.

@@ -34,9 +34,27 @@ KeyState& State();
 // SKERR_MENUFAILED when a {Menu failed, SKERR_NONE when the script holds none.
 SKERR CarryOutCommandWords(const wchar_t* script);
 
+// Spaces the key events of one call: waits `delayMs` before every event but the first, so that a target
+// that drops keys arriving back to back sees them one by one. A delay of 0 never waits and never yields:
+// an unpaced call sends exactly as it always has.
+class EventPacer {
+public:
+    explicit EventPacer(DWORD delayMs) : delayMs_(delayMs) {}
+    void BeforeEvent() {
+        if (delayMs_ != 0 && sentOne_)
+            Sleep(delayMs_);
+        sentOne_ = true;
+    }
+
+private:
+    DWORD delayMs_;
+    bool sentOne_ = false;
+};
+
 // Resets the player's per-run state (everything but hold mode and the hold list) and rewinds the queue.
 void ResetPlayer();
-// Plays one key event: true while events remain, false when the queue is exhausted.
-bool PlayOneEvent();
+// Plays one key event, paced by `pacer` when one is sent: true while events remain, false when the queue
+// is exhausted.
+bool PlayOneEvent(EventPacer& pacer);
 
 }  // namespace tav::keys::detail

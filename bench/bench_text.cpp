@@ -1,0 +1,148 @@
+// Literal text into a focused window: SendText against a raw SendInput loop sending the same events, each
+// timed until the window has received every character. The window only collects its WM_CHAR units: an
+// Edit control would spend most of the time laying out CJK and emoji glyphs, which is not typing. The two
+// alternate (library, baseline, library, ...) so that a machine getting slower or faster during the run
+// touches both alike; the figures are the median, least and greatest of the per-pair ratios (library time
+// / baseline time).
+#include <TavUtil.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::wstring g_received;  // the units the window's WM_CHAR messages carried, in order
+
+LRESULT CALLBACK CollectorProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CHAR) {
+        g_received += static_cast<wchar_t>(wParam);
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+void PumpUntilReceived(size_t length) {
+    DWORD start = GetTickCount();
+    while (g_received.size() < length && GetTickCount() - start < 20000) {
+        MSG msg;
+        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageW(&msg);
+        }
+    }
+}
+
+INPUT Key(WORD vk, WORD scan, DWORD flags) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = vk;
+    input.ki.wScan = scan;
+    input.ki.dwFlags = flags;
+    return input;
+}
+
+// The events SendText makes of `text` (a line break here is LF alone), sent one SendInput call each.
+void RawType(const std::wstring& text) {
+    for (wchar_t unit : text) {
+        WORD vk = unit == L'\n' ? VK_RETURN : unit == L'\t' ? VK_TAB : 0;
+        INPUT events[2];
+        if (vk != 0) {
+            WORD scan = static_cast<WORD>(MapVirtualKeyW(vk, 0));
+            events[0] = Key(vk, scan, 0);
+            events[1] = Key(vk, scan, KEYEVENTF_KEYUP);
+        } else {
+            events[0] = Key(0, unit, KEYEVENTF_UNICODE);
+            events[1] = Key(0, unit, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP);
+        }
+        SendInput(1, &events[0], sizeof(INPUT));
+        SendInput(1, &events[1], sizeof(INPUT));
+    }
+}
+
+// 1,000 UTF-16 units of mixed text: Latin with accents, the euro, CJK, an emoji (two units), script
+// characters, tabs and line breaks.
+std::wstring MixedText() {
+    const std::wstring words[] = {L"Gr\u00FC\u00DFe", L"caf\u00E9", L"\u20AC12", L"\u674E\u660E",
+                                  L"\U0001F600",      L"{+^%~}",    L"(a+b)",    L"\t",
+                                  L"plain",           L"\n"};
+    std::wstring text;
+    for (size_t i = 0; text.size() < 1000; ++i) {
+        text += words[(i * 7) % 10];
+        text += L' ';
+    }
+    text.resize(1000);
+    if (text.back() >= 0xD800 && text.back() <= 0xDBFF)
+        text.back() = L'x';  // never end on half a surrogate pair
+    return text;
+}
+
+double Seconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to) {
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    return double(to.QuadPart - from.QuadPart) / double(frequency.QuadPart);
+}
+
+// One timed typing, until the whole text arrived; false when it did not arrive exactly.
+bool TimeTyping(void (*type)(const std::wstring&), const std::wstring& text, const std::wstring& expected,
+                double& seconds) {
+    g_received.clear();
+    LARGE_INTEGER start, end;
+    QueryPerformanceCounter(&start);
+    type(text);
+    PumpUntilReceived(expected.size());
+    QueryPerformanceCounter(&end);
+    seconds = Seconds(start, end);
+    return g_received == expected;
+}
+
+void LibraryType(const std::wstring& text) { SendText(text.c_str()); }
+
+}  // namespace
+
+int main() {
+    WNDCLASSW wc = {};
+    wc.lpfnWndProc = CollectorProc;
+    wc.hInstance = GetModuleHandleW(nullptr);
+    wc.lpszClassName = L"BenchTextCollector";
+    RegisterClassW(&wc);
+    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
+                                  400, 200, nullptr, nullptr, wc.hInstance, nullptr);
+    SetForegroundWindow(window);
+    SetFocus(window);
+    PumpUntilReceived(0);
+
+    const std::wstring text = MixedText();
+    std::wstring expected;  // what the window receives: Enter makes a CR
+    for (wchar_t unit : text)
+        expected += unit == L'\n' ? L'\r' : unit;
+
+    double ignored = 0;
+    TimeTyping(LibraryType, text, expected, ignored);  // warm both paths once
+    TimeTyping(RawType, text, expected, ignored);
+
+    const int pairs = 21;
+    std::vector<double> ratios;
+    int delivered = 0;
+    double libraryTotal = 0, baselineTotal = 0;
+    for (int i = 0; i < pairs; ++i) {
+        double library = 0, baseline = 0;
+        delivered += TimeTyping(LibraryType, text, expected, library) ? 1 : 0;
+        TimeTyping(RawType, text, expected, baseline);
+        libraryTotal += library;
+        baselineTotal += baseline;
+        ratios.push_back(library / baseline);
+    }
+    std::sort(ratios.begin(), ratios.end());
+    std::printf("%-48s library %10.1f us  baseline %10.1f us  (means of %d pairs)\n",
+                "SendText 1000 mixed units vs SendInput loop", 1e6 * libraryTotal / pairs,
+                1e6 * baselineTotal / pairs, pairs);
+    std::printf("%-48s ratio median %.2f  min %.2f  max %.2f\n", "", ratios[ratios.size() / 2],
+                ratios.front(), ratios.back());
+    std::printf("text delivered whole: %d of %d runs (goal: all)\n", delivered, pairs);
+    DestroyWindow(window);
+    return delivered == pairs ? 0 : 1;
+}

@@ -1,0 +1,118 @@
+// A window in front that records every key and character message with its message time: the Unicode
+// unit a VK_PACKET message carries, and when each event was made (for paced typing).
+#pragma once
+
+#include "KeyTestWindows.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace keytest {
+
+class TextRecorder {
+public:
+    struct Message {
+        UINT message;  // WM_KEYDOWN, WM_KEYUP, WM_SYSKEYDOWN, WM_SYSKEYUP, WM_CHAR, ...
+        WPARAM wParam;
+        LPARAM lParam;
+        LONG time;  // GetMessageTime: when the event was made, in milliseconds
+        bool IsKey() const { return message != WM_CHAR && message != WM_SYSCHAR && message != WM_DEADCHAR; }
+    };
+
+    TextRecorder() {
+        WNDCLASSW wc = {};
+        if (!GetClassInfoW(GetModuleHandleW(nullptr), kClass, &wc)) {
+            wc.lpfnWndProc = Proc;
+            wc.hInstance = GetModuleHandleW(nullptr);
+            wc.lpszClassName = kClass;
+            RegisterClassW(&wc);
+        }
+        window_ = CreateWindowExW(0, kClass, L"keys test: text recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400,
+                                  200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+        EXPECT_TRUE(BringToFront(window_, window_)) << "the text recorder did not come to the front";
+        PumpFor(20);
+        Clear();
+    }
+    ~TextRecorder() {
+        SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+        DestroyWindow(window_);
+    }
+    TextRecorder(const TextRecorder&) = delete;
+    TextRecorder& operator=(const TextRecorder&) = delete;
+
+    std::vector<Message> messages;
+
+    std::vector<Message> KeyMessages() const {
+        std::vector<Message> keys;
+        for (const Message& m : messages)
+            if (m.IsKey())
+                keys.push_back(m);
+        return keys;
+    }
+
+    // The characters the window made of the key messages (WM_CHAR), in order.
+    std::wstring Characters() const {
+        std::wstring characters;
+        for (const Message& m : messages)
+            if (m.message == WM_CHAR)
+                characters += static_cast<wchar_t>(m.wParam);
+        return characters;
+    }
+
+    // Pumps until `count` key messages arrived, then a little longer.
+    void WaitForKeyMessages(size_t count, DWORD timeoutMs = 10000) {
+        PumpUntil([&] { return keyCount_ >= count; }, timeoutMs);
+        PumpFor(50);
+    }
+    void Clear() {
+        messages.clear();
+        keyCount_ = 0;
+    }
+
+    // "down E7 00E9, " for a VK_PACKET event carrying U+00E9, "up 0D, " for other keys.
+    static std::string Describe(UINT message, UINT vk, unsigned unit) {
+        const char* kind = message == WM_KEYDOWN      ? "down"
+                           : message == WM_KEYUP      ? "up"
+                           : message == WM_SYSKEYDOWN ? "sysdown"
+                                                      : "sysup";
+        char item[48];
+        if (vk == VK_PACKET)
+            std::snprintf(item, sizeof item, "%s %02X %04X, ", kind, vk, unit);
+        else
+            std::snprintf(item, sizeof item, "%s %02X, ", kind, vk);
+        return item;
+    }
+    // The key messages in that form; a VK_PACKET message carries its unit in the high word of lParam.
+    std::string DescribeKeys() const {
+        std::string text;
+        for (const Message& m : KeyMessages())
+            text += Describe(m.message, static_cast<UINT>(m.wParam), HIWORD(m.lParam));
+        return text;
+    }
+
+private:
+    static constexpr const wchar_t* kClass = L"TavKeysTextRecorder";
+
+    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_NCCREATE)
+            SetWindowLongPtrW(
+                window, GWLP_USERDATA,
+                reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
+        auto* self = reinterpret_cast<TextRecorder*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message >= WM_KEYFIRST && message <= WM_KEYLAST) {
+            if (self) {
+                self->messages.push_back({message, wParam, lParam, GetMessageTime()});
+                self->keyCount_ += self->messages.back().IsKey() ? 1 : 0;
+            }
+            return 0;  // no menu activation by Alt or F10: the recorder only records
+        }
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+    HWND window_ = nullptr;
+    size_t keyCount_ = 0;
+};
+
+}  // namespace keytest
