@@ -315,9 +315,11 @@ void RunDriver(const Driver& driver) {
         runOne({seedText, Mix(seed, inputs)}, inputs);
     for (const Text& extreme : extremes)
         runOne({extreme, Mix(seed, inputs)}, inputs);
-    if (isLong)  // every UTF-16 unit alone
-        for (unsigned unit = 0; unit < 0x10000 && inputs < limit; ++unit)
+    if (isLong) {  // every UTF-16 unit alone, or an even spread of them in a pass of fewer than 1,000,000 inputs
+        unsigned step = limit >= kLongInputsDefault ? 1 : static_cast<unsigned>(0x10000 * 10 / (limit + 1) + 1);
+        for (unsigned unit = 0; unit < 0x10000 && inputs < limit; unit += step)
             runOne({Text(1, static_cast<wchar_t>(unit)), Mix(seed, inputs)}, inputs);
+    }
 
     while (isLong ? inputs < limit : elapsed() < kQuickSecondsPerDriver) {
         Rng rng(Mix(seed, inputs));
