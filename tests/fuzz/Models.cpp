@@ -74,7 +74,8 @@ std::optional<Version> ParseVersion(const Text& text) {
         long long value = 0;
         int digits = 0;
         for (; i < token.size() && token[i] >= L'0' && token[i] <= L'9'; ++i, ++digits)
-            value = value * 10 + (token[i] - L'0');
+            if (digits < 10)  // more digits leave the model's ground below: no need to add them up
+                value = value * 10 + (token[i] - L'0');
         if (digits > 9)
             return std::nullopt;  // what the conversion does past the integer's range is not ours to say
         if (negative)
@@ -327,7 +328,8 @@ private:
             int digits = 0;
             long long value = 0;
             for (; p < s_.size() && s_[p] >= L'0' && s_[p] <= L'9'; ++p, ++digits)
-                value = value * 10 + (s_[p] - L'0');
+                if (digits < 10)  // more digits leave the model's ground below: no need to add them up
+                    value = value * 10 + (s_[p] - L'0');
             if (digits > 9)
                 throw OutOfGround{};
             if (digits == 0 || value == 0)

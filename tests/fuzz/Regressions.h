@@ -14,6 +14,8 @@ inline const Row kRegressionRows[] = {
     {"filename", L"C:\\dir\\nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn.txt", 3},
     // The most negative count once overflowed the repeat loop.
     {"parser", L"{a -2147483648}", 0},
+    // A count of 47 digits overflowed the reference model's own sum (found on the hardened build).
+    {"parser", L"{a 61444444444444444444444444444444444444444444444}", 3685527550555363021ull},
 };
 
 }  // namespace fuzz
