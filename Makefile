@@ -58,10 +58,21 @@ demo: build
 
 bench: build
 	cmake --build $(BUILD) --target benchmarks -j $(JOBS)
-	@$(SESSION) start $(BUILD) && \
+	@rm -f $(BUILD)/bin/bench_table.txt; $(SESSION) start $(BUILD) && \
 	status=0; for b in $(BUILD)/bin/bench_*.exe; do \
 	    echo "== $$(basename $$b)"; $(SESSION) run $(BUILD) "$$b" || status=1; \
-	done; $(SESSION) stop $(BUILD); exit $$status
+	done; $(SESSION) stop $(BUILD); \
+	echo; echo "== benchmark table (ratios: library / baseline, median of interleaved pairs)"; \
+	cat $(BUILD)/bin/bench_table.txt; exit $$status
+
+# Long runs for leaks and stuck keys: soak.exe calls each stateful operation thousands of times and
+# keys_soak.exe types 10,000 generated scripts and more; non-zero when anything grew or stayed down.
+.PHONY: soak
+soak: build
+	@$(SESSION) start $(BUILD) && status=0; \
+	$(SESSION) run $(BUILD) $(BUILD)/bin/soak.exe || status=1; \
+	$(SESSION) run $(BUILD) $(BUILD)/bin/keys_soak.exe --failures $(BUILD)/keys_soak_failures.txt || status=1; \
+	$(SESSION) stop $(BUILD); exit $$status
 
 install: build
 	cmake --install $(BUILD) --prefix $(or $(PREFIX),$(BUILD)/install)

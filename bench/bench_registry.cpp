@@ -12,12 +12,15 @@ int main() {
     const std::wstring path = L"Software\\TavUtilBench-" + std::to_wstring(GetCurrentProcessId());
     CRegistry reg(HKEY_CURRENT_USER, path.c_str(), false);
     reg.WriteStringValue(L"Text", CStdStr<wchar_t>(L"C:\\Program Files\\Velmorax\\Trimdial\\Trimdial.exe"));
-    reg.CloseKey();
+    reg.CloseKey();  // the wrapper's own close, which reports a status
 
     CRegistry reader(HKEY_CURRENT_USER, path.c_str(), true);
-    HKEY raw = nullptr;
-    RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &raw);
+    tav::UniqueKey raw;
+    RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, raw.put());
     volatile size_t sink = 0;
+    bench::Options options;
+    options.callsPerBatch = 100;
+    options.batches = 10;
     bench::Compare(
         "CRegistry::ReadStringValue vs two RegQueryValueExW",
         [&] {
@@ -27,16 +30,16 @@ int main() {
         },
         [&] {
             DWORD type = 0, size = 0;
-            RegQueryValueExW(raw, L"Text", nullptr, &type, nullptr, &size);
+            RegQueryValueExW(raw.get(), L"Text", nullptr, &type, nullptr, &size);
             std::vector<unsigned char> buffer(2 * size);
             DWORD capacity = static_cast<DWORD>(buffer.size());
-            RegQueryValueExW(raw, L"Text", nullptr, &type, buffer.data(), &capacity);
+            RegQueryValueExW(raw.get(), L"Text", nullptr, &type, buffer.data(), &capacity);
             std::wstring text(reinterpret_cast<const wchar_t*>(buffer.data()), capacity / sizeof(wchar_t));
             sink = sink + text.size();
         },
-        20000);
-    RegCloseKey(raw);
-    reader.CloseKey();
+        options);
+    raw.reset();
+    reader.CloseKey();  // the wrapper's own close, which reports a status
     RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
-    return 0;
+    return bench::Finish();
 }

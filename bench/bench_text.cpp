@@ -1,9 +1,9 @@
 // Literal text into a focused window: SendText against a raw SendInput loop sending the same events, each
-// timed until the window has received every character. The window only collects its WM_CHAR units: an
-// Edit control would spend most of the time laying out CJK and emoji glyphs, which is not typing. The two
-// alternate (library, baseline, library, ...) so that a machine getting slower or faster during the run
-// touches both alike; the figures are the median, least and greatest of the per-pair ratios (library time
-// / baseline time).
+// timed inside the call (injection) and until the window has received every character (delivery). The
+// window only collects its WM_CHAR units: an Edit control would spend most of the time laying out CJK and
+// emoji glyphs, which is not typing. The two alternate through the shared frame (Bench.h).
+#include "Bench.h"
+
 #include <TavUtil.h>
 
 #include <windows.h>
@@ -80,23 +80,32 @@ std::wstring MixedText() {
     return text;
 }
 
-double Seconds(const LARGE_INTEGER& from, const LARGE_INTEGER& to) {
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    return double(to.QuadPart - from.QuadPart) / double(frequency.QuadPart);
-}
+// One turn of one side: the text typed once, timed inside the call and until it arrived; counts the
+// turns in which exactly the expected text arrived.
+struct TypingSide {
+    void (*type)(const std::wstring&);
+    const std::wstring& text;
+    const std::wstring& expected;
+    int turns = 0;
+    int whole = 0;
 
-// One timed typing, until the whole text arrived; false when it did not arrive exactly.
-bool TimeTyping(void (*type)(const std::wstring&), const std::wstring& text, const std::wstring& expected,
-                double& seconds) {
-    g_received.clear();
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    type(text);
-    PumpUntilReceived(expected.size());
-    QueryPerformanceCounter(&end);
-    seconds = Seconds(start, end);
-    return g_received == expected;
+    bench::Phases Turn() {
+        g_received.clear();
+        const double start = bench::NowMicroseconds();
+        type(text);
+        const double injected = bench::NowMicroseconds();
+        PumpUntilReceived(expected.size());
+        const double complete = bench::NowMicroseconds();
+        ++turns;
+        whole += g_received == expected ? 1 : 0;
+        return {injected - start, complete - start};
+    }
+};
+
+std::string WholeText(const TypingSide& side) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%d of %d turns", side.whole, side.turns);
+    return text;
 }
 
 void LibraryType(const std::wstring& text) { SendText(text.c_str()); }
@@ -120,29 +129,17 @@ int main() {
     for (wchar_t unit : text)
         expected += unit == L'\n' ? L'\r' : unit;
 
-    double ignored = 0;
-    TimeTyping(LibraryType, text, expected, ignored);  // warm both paths once
-    TimeTyping(RawType, text, expected, ignored);
-
-    const int pairs = 21;
-    std::vector<double> ratios;
-    int delivered = 0;
-    double libraryTotal = 0, baselineTotal = 0;
-    for (int i = 0; i < pairs; ++i) {
-        double library = 0, baseline = 0;
-        delivered += TimeTyping(LibraryType, text, expected, library) ? 1 : 0;
-        TimeTyping(RawType, text, expected, baseline);
-        libraryTotal += library;
-        baselineTotal += baseline;
-        ratios.push_back(library / baseline);
-    }
-    std::sort(ratios.begin(), ratios.end());
-    std::printf("%-48s library %10.1f us  baseline %10.1f us  (means of %d pairs)\n",
-                "SendText 1000 mixed units vs SendInput loop", 1e6 * libraryTotal / pairs,
-                1e6 * baselineTotal / pairs, pairs);
-    std::printf("%-48s ratio median %.2f  min %.2f  max %.2f\n", "", ratios[ratios.size() / 2],
-                ratios.front(), ratios.back());
-    std::printf("text delivered whole: %d of %d runs (goal: all)\n", delivered, pairs);
+    TypingSide library{LibraryType, text, expected};
+    TypingSide baseline{RawType, text, expected};
+    library.Turn();  // warm both paths once
+    baseline.Turn();
+    library.turns = library.whole = baseline.turns = baseline.whole = 0;
+    bench::ComparePhases("SendText 1000 mixed units vs SendInput loop", {"injection", "delivery"},
+                         [&] { return library.Turn(); }, [&] { return baseline.Turn(); }, 21, {0, 0});
+    bench::AddRow("SendText 1000 mixed units: delivered whole", WholeText(library), "all",
+                  library.whole == library.turns);
+    bench::AddRow("SendInput loop: delivered whole", WholeText(baseline), "-", true);
     DestroyWindow(window);
-    return delivered == pairs ? 0 : 1;
+    bench::Finish();
+    return library.whole == library.turns ? 0 : 1;
 }

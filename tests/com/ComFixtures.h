@@ -34,8 +34,10 @@ std::wstring NameOf(IUnknown* object);
 
 class ComTest : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_HRESULT_SUCCEEDED(CoInitialize(nullptr)); }
-    void TearDown() override { CoUninitialize(); }
+    void SetUp() override { ASSERT_HRESULT_SUCCEEDED(com_.result()); }
+
+private:
+    tav::ComInitialization com_;  // the test's thread, in a single-threaded apartment
 };
 
 // HKLM\Software\Classes\<progId>\CLSID = clsid.

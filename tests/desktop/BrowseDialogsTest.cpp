@@ -11,6 +11,7 @@
 #include <commdlg.h>
 #include <dlgs.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,7 @@ struct FolderCall {
     std::wstring title;
     bool rootNull = false;
     bool displayNameNull = false;
+    LPITEMIDLIST chosenItem = nullptr;  // what the dialog handed back
 };
 OpenFileCall g_openFile;
 FolderCall g_folder;
@@ -72,7 +74,8 @@ PIDLIST_ABSOLUTE WINAPI RecordBrowseForFolder(BROWSEINFOW* info) {
     call.title = info->lpszTitle ? info->lpszTitle : L"<null>";
     call.rootNull = info->pidlRoot == nullptr;
     call.displayNameNull = info->pszDisplayName == nullptr;
-    return g_folderHook->original<decltype(&SHBrowseForFolderW)>()(info);
+    call.chosenItem = g_folderHook->original<decltype(&SHBrowseForFolderW)>()(info);
+    return call.chosenItem;
 }
 
 bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
@@ -326,6 +329,39 @@ TEST_F(BrowseTest, ItemWithoutFileSystemPathGivesFalse) {
     EXPECT_FALSE(Exists(start));  // made for the dialog, not chosen: removed
 }
 
+// The shell's allocator refused: the chosen item list is freed all the same (through the COM task
+// allocator, which the shell's allocator is).
+std::vector<void*> g_taskMemoryFreed;
+desktoptest::ImportHook* g_taskFreeHook = nullptr;
+
+HRESULT WINAPI RefuseShellAllocator(IMalloc** allocator) {
+    *allocator = nullptr;
+    return E_FAIL;
+}
+
+void WINAPI RecordTaskMemoryFree(void* memory) {
+    g_taskMemoryFreed.push_back(memory);
+    g_taskFreeHook->original<decltype(&CoTaskMemFree)>()(memory);
+}
+
+TEST_F(BrowseTest, ChosenItemIsFreedWhenTheShellAllocatorIsRefused) {
+    desktoptest::ImportHook refuse("shell32.dll", "SHGetMalloc", reinterpret_cast<void*>(&RefuseShellAllocator));
+    desktoptest::ImportHook record("ole32.dll", "CoTaskMemFree", reinterpret_cast<void*>(&RecordTaskMemoryFree));
+    ASSERT_TRUE(refuse.installed());
+    ASSERT_TRUE(record.installed());
+    g_taskFreeHook = &record;
+    g_taskMemoryFreed.clear();
+
+    const std::wstring start = temp_.path();
+    DialogDriver driver([&](HWND dialog) { desktoptest::Confirm(dialog); });
+    CStdStr<wchar_t> folder = start;
+    EXPECT_TRUE(BrowseForFolder(L"Where to?", folder, nullptr));
+    ASSERT_TRUE(driver.Finish());
+    ASSERT_NE(g_folder.chosenItem, nullptr);
+    EXPECT_EQ(std::count(g_taskMemoryFreed.begin(), g_taskMemoryFreed.end(), g_folder.chosenItem), 1);
+    g_taskFreeHook = nullptr;
+}
+
 // ---- the helper class ----
 
 // Gives the tests the dialog window a real dialog would give the helper.
@@ -406,6 +442,23 @@ TEST_F(BrowseTest, SetStatusTextSixtyCharactersWithEditChild) {
     helper.SetStatusText(path.c_str());
     EXPECT_EQ(desktoptest::WindowText(edit), L"C:\\Us...Trimdial\\Profiles\\Work\\my macros");
     EXPECT_EQ(desktoptest::WindowText(edit), path.substr(0, 5) + L"..." + path.substr(28));
+}
+
+// With no dialog open the helper has no window to search: a top-level "Edit" of another program (here,
+// of the test) keeps its text, and nothing else is shown anywhere.
+TEST_F(BrowseTest, SetStatusTextWithoutDialogDoesNothing) {
+    HWND edit = CreateWindowExW(0, L"Edit", L"not yours", WS_OVERLAPPED, 0, 0, 200, 40, nullptr, nullptr,
+                                GetModuleHandleW(nullptr), nullptr);
+    ASSERT_NE(edit, nullptr);
+    tav::ScopeExit destroy([&] { DestroyWindow(edit); });
+    // Make it the first top-level "Edit" in the z-order, the one a search from the desktop finds.
+    SetWindowPos(edit, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    ASSERT_EQ(FindWindowExW(nullptr, nullptr, L"Edit", nullptr), edit);
+
+    CBrowseForFolderHelper helper(L"", L"", nullptr);
+    ASSERT_EQ(helper.GetSafeHwnd(), nullptr);
+    helper.SetStatusText(L"C:\\Users\\Somebody\\Documents");
+    EXPECT_EQ(desktoptest::WindowText(edit), L"not yours");
 }
 
 // ---- the choices that depend on the running Windows (child runs under emulated versions) ----

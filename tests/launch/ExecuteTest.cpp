@@ -4,6 +4,7 @@
 
 #include "LaunchProbe.h"
 #include "launch/detail/ShellDirectory.h"
+#include "platform/Guards.h"
 
 #include <gtest/gtest.h>
 
@@ -40,7 +41,7 @@ bool SamePath(const std::wstring& a, const std::wstring& b) {
 
 // A shortcut at `linkPath` to the probe, with its own arguments.
 bool MakeShortcut(const std::wstring& linkPath, const std::wstring& arguments) {
-    HRESULT init = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    tav::ComInitialization com;
     bool made = false;
     IShellLinkW* link = nullptr;
     if (SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
@@ -54,8 +55,6 @@ bool MakeShortcut(const std::wstring& linkPath, const std::wstring& arguments) {
         }
         link->Release();
     }
-    if (SUCCEEDED(init))
-        CoUninitialize();
     return made;
 }
 

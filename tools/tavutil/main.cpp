@@ -1,6 +1,8 @@
 // tavutil.exe: try TavUtil's capabilities from a shell.
 #include "Cli.h"
 
+#include <TavUtil.h>
+
 #include <windows.h>
 #include <shellapi.h>
 
@@ -35,11 +37,10 @@ int UsageFailure(const std::string& message, const cli::Verb* verb) {
 
 std::vector<std::wstring> CommandLineArguments() {
     int count = 0;
-    LPWSTR* argv = CommandLineToArgvW(GetCommandLineW(), &count);
+    tav::UniqueLocal<LPWSTR> argv(CommandLineToArgvW(GetCommandLineW(), &count));
     std::vector<std::wstring> args;
     for (int i = 1; argv && i < count; ++i)
-        args.emplace_back(argv[i]);
-    LocalFree(argv);
+        args.emplace_back(argv.get()[i]);
     return args;
 }
 

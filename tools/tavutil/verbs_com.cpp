@@ -6,19 +6,6 @@
 
 namespace {
 
-// COM for the verb's thread, for as long as the verb runs.
-class ComApartment {
-public:
-    ComApartment() : ok_(SUCCEEDED(CoInitialize(nullptr))) {}
-    ~ComApartment() {
-        if (ok_)
-            CoUninitialize();
-    }
-
-private:
-    bool ok_;
-};
-
 CComQIPtr<IDispatch> Create(const std::wstring& progId) {
     CComQIPtr<IDispatch> object(ComUtils::CreateObject(progId.c_str()));
     if (!object)
@@ -35,7 +22,7 @@ int RunGet(cli::Args args) {
     cli::RequireCount(args, 2, 2);
     if (asBool + asLong + asObject > 1)
         throw cli::UsageError("choose one of --bool, --long and --object");
-    ComApartment apartment;
+    tav::ComInitialization com;  // COM for the verb's thread, for as long as the verb runs
     CComQIPtr<IDispatch> object = Create(args[0]);
     if (!object)
         return 1;
@@ -53,7 +40,7 @@ int RunGet(cli::Args args) {
 
 int RunName(const cli::Args& args) {
     cli::RequireCount(args, 1, 1);
-    ComApartment apartment;
+    tav::ComInitialization com;  // COM for the verb's thread, for as long as the verb runs
     CComQIPtr<IDispatch> object = Create(args[0]);
     if (!object)
         return 1;

@@ -1,6 +1,7 @@
 // Verbs of keystroke synthesis: send a script (or only parse it and show its key queue), escape literal
 // text, release held keys, and a screenshot of the screen to show what a script typed.
 #include "Cli.h"
+#include "Png.h"
 
 #include <TavUtil.h>
 
@@ -162,71 +163,24 @@ int RunReleaseAll(const cli::Args& args) {
     return 0;
 }
 
-// PNG writing for the screenshot: uncompressed deflate blocks, which every PNG reader accepts.
-uint32_t Crc32(const std::vector<uint8_t>& data, size_t from) {
-    uint32_t crc = 0xFFFFFFFFu;
-    for (size_t i = from; i < data.size(); ++i) {
-        crc ^= data[i];
-        for (int k = 0; k < 8; ++k)
-            crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-void PutBig32(std::vector<uint8_t>& out, uint32_t v) {
-    for (int shift = 24; shift >= 0; shift -= 8)
-        out.push_back(static_cast<uint8_t>(v >> shift));
-}
-
-void PutChunk(std::vector<uint8_t>& out, const char* type, const std::vector<uint8_t>& data) {
-    PutBig32(out, static_cast<uint32_t>(data.size()));
-    std::vector<uint8_t> chunk(type, type + 4);
-    chunk.insert(chunk.end(), data.begin(), data.end());
-    out.insert(out.end(), chunk.begin(), chunk.end());
-    PutBig32(out, Crc32(chunk, 0));
-}
-
-std::vector<uint8_t> EncodePng(int width, int height, const std::vector<uint8_t>& rgbRows) {
-    std::vector<uint8_t> png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-    std::vector<uint8_t> header;
-    PutBig32(header, static_cast<uint32_t>(width));
-    PutBig32(header, static_cast<uint32_t>(height));
-    header.insert(header.end(), {8, 2, 0, 0, 0});  // 8 bits, RGB
-    PutChunk(png, "IHDR", header);
-    std::vector<uint8_t> z = {0x78, 0x01};
-    uint32_t a = 1, b = 0;
-    for (size_t pos = 0; pos < rgbRows.size() || pos == 0;) {
-        size_t n = std::min<size_t>(65535, rgbRows.size() - pos);
-        bool last = pos + n >= rgbRows.size();
-        z.push_back(last ? 1 : 0);
-        z.insert(z.end(), {static_cast<uint8_t>(n), static_cast<uint8_t>(n >> 8), static_cast<uint8_t>(~n),
-                           static_cast<uint8_t>(~n >> 8)});
-        for (size_t i = pos; i < pos + n; ++i) {
-            z.push_back(rgbRows[i]);
-            a = (a + rgbRows[i]) % 65521;
-            b = (b + a) % 65521;
-        }
-        pos += n;
-        if (last)
-            break;
-    }
-    PutBig32(z, (b << 16) | a);
-    PutChunk(png, "IDAT", z);
-    PutChunk(png, "IEND", {});
-    return png;
-}
-
-int RunScreenshot(const cli::Args& args) {
-    cli::RequireCount(args, 1, 1);
-    int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
-    HDC screen = GetDC(nullptr);
-    HDC memory = CreateCompatibleDC(screen);
+// The screen's pixels as PNG rows: each row a filter byte (none) and then red, green, blue per pixel.
+// Empty when the screen cannot be read.
+std::vector<uint8_t> CaptureScreenRows(int width, int height) {
+    tav::UniqueWindowDc screen(nullptr);
+    if (!screen)
+        return {};
+    tav::UniqueMemoryDc memory(CreateCompatibleDC(screen.get()));
+    if (!memory)
+        return {};
     BITMAPINFO info = {};
     info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     void* bits = nullptr;
-    tav::UniqueGdiObject bitmap(CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    HGDIOBJ old = SelectObject(memory, bitmap.get());
-    BitBlt(memory, 0, 0, width, height, screen, 0, 0, SRCCOPY);
+    tav::UniqueGdiObject bitmap(CreateDIBSection(screen.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!bitmap || bits == nullptr)
+        return {};
+    tav::SelectionGuard selection(memory.get(), bitmap.get());
+    if (!selection.selected() || !BitBlt(memory.get(), 0, 0, width, height, screen.get(), 0, 0, SRCCOPY))
+        return {};
     GdiFlush();
     std::vector<uint8_t> rows;
     rows.reserve(static_cast<size_t>(height) * (width * 3 + 1));
@@ -238,10 +192,18 @@ int RunScreenshot(const cli::Args& args) {
             rows.insert(rows.end(), {p[2], p[1], p[0]});
         }
     }
-    SelectObject(memory, old);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    std::vector<uint8_t> png = EncodePng(width, height, rows);
+    return rows;
+}
+
+int RunScreenshot(const cli::Args& args) {
+    cli::RequireCount(args, 1, 1);
+    int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
+    std::vector<uint8_t> rows = width > 0 && height > 0 ? CaptureScreenRows(width, height) : std::vector<uint8_t>();
+    if (rows.empty()) {
+        cli::Err(L"tavutil: the screen could not be read\n");
+        return 1;
+    }
+    std::vector<uint8_t> png = cli::EncodePng(width, height, rows);
     std::ofstream file(args[0].c_str(), std::ios::binary);
     file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
     if (!file)

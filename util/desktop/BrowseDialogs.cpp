@@ -1,5 +1,6 @@
 #include "desktop/BrowseDialogs.h"
 
+#include "platform/ComOwners.h"
 #include "platform/Handles.h"
 #include "system/OSInfo.h"
 
@@ -47,14 +48,6 @@ bool PathFromItem(LPCITEMIDLIST item, CStdStr<wchar_t>& path) {
         return false;
     path = buffer;
     return true;
-}
-
-void FreeItem(LPITEMIDLIST item) {
-    IMalloc* allocator = nullptr;
-    if (SUCCEEDED(SHGetMalloc(&allocator)) && allocator != nullptr) {
-        allocator->Free(item);
-        allocator->Release();
-    }
 }
 
 }  // namespace
@@ -124,13 +117,14 @@ bool CBrowseForFolderHelper::DoModal() {
     info.lParam = reinterpret_cast<LPARAM>(this);
 
     bool chosen = false;
-    if (LPITEMIDLIST item = SHBrowseForFolderW(&info)) {
+    {
+        // The item list goes back to the shell whatever happens to it here.
+        tav::UniqueItemList item(SHBrowseForFolderW(&info));
         CStdStr<wchar_t> path;
-        if (PathFromItem(item, path)) {
+        if (item && PathFromItem(item.get(), path)) {
             m_strFolder = path;
             chosen = true;
         }
-        FreeItem(item);
     }
     m_hWnd = nullptr;
     return chosen;
@@ -163,6 +157,10 @@ void CBrowseForFolderHelper::OnSelChanged(LPCITEMIDLIST item) {
 }
 
 void CBrowseForFolderHelper::SetStatusText(const wchar_t* path) {
+    // Without a dialog there is nothing to show the text in: a search from no window would look through
+    // the top-level windows and could write into another program's "Edit".
+    if (m_hWnd == nullptr)
+        return;
     HWND edit = FindWindowExW(m_hWnd, nullptr, L"Edit", nullptr);
     const size_t limit = edit != nullptr ? 40 : 50;
     CStdStr<wchar_t> text = path != nullptr ? path : L"";

@@ -1,5 +1,6 @@
 #include "desktop/Clipboard.h"
 
+#include "platform/Guards.h"
 #include "platform/Handles.h"
 
 #include <cstring>
@@ -19,7 +20,7 @@ ClipboardBase::ClipboardBase(bool openNow, HWND owner) : Clipboard(openNow, owne
 
 ClipboardBase::~ClipboardBase() {
     if (m_open)
-        CloseClipboard();
+        CloseClipboard();  // the open state is this object's own flag, so it closes what it opened
 }
 
 void ClipboardBase::open(HWND owner) {
@@ -28,7 +29,7 @@ void ClipboardBase::open(HWND owner) {
 }
 
 void ClipboardBase::close() {
-    CloseClipboard();
+    CloseClipboard();  // the interface's own close: unconditional, whoever opened the clipboard
     m_open = false;
 }
 
@@ -47,11 +48,11 @@ CStdStr<wchar_t> ClassicClipboard::getText(unsigned int /*format*/) {
     HANDLE data = GetClipboardData(CF_UNICODETEXT);
     if (data == nullptr)
         return text;
-    if (const auto* locked = static_cast<const wchar_t*>(GlobalLock(data))) {
+    tav::GlobalLockGuard locked(data);
+    if (locked) {
         // The block may hold no terminator if another program wrote it carelessly: stop at its end.
         size_t units = GlobalSize(data) / sizeof(wchar_t);
-        text.assign(locked, wcsnlen(locked, units));
-        GlobalUnlock(data);
+        text.assign(locked.get<const wchar_t>(), wcsnlen(locked.get<const wchar_t>(), units));
     }
     return text;
 }
@@ -63,11 +64,12 @@ bool ClassicClipboard::setText(CStdStr<wchar_t> text, unsigned int format) {
     tav::UniqueGlobal block(GlobalAlloc(GMEM_MOVEABLE, bytes));
     if (!block)
         return false;
-    void* locked = GlobalLock(block.get());
-    if (locked == nullptr)
-        return false;
-    std::memcpy(locked, text.c_str(), bytes);
-    GlobalUnlock(block.get());
+    {
+        tav::GlobalLockGuard locked(block.get());
+        if (!locked)
+            return false;
+        std::memcpy(locked.get(), text.c_str(), bytes);
+    }
     if (SetClipboardData(format, block.get()) == nullptr)
         return false;
     block.release();  // the clipboard owns it now

@@ -1,5 +1,7 @@
 #include "desktop/ForegroundAttentionGrabber.h"
 
+#include "system/detail/WindowsVersion.h"
+
 namespace {
 
 // One SendInput call with left Alt down and up: a keystroke of this process unlocks the foreground for it.
@@ -13,17 +15,6 @@ void TapLeftAlt() {
     SendInput(2, inputs, sizeof(INPUT));
 }
 
-bool IsNtPlatform() {
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof(version);
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-    if (!GetVersionExW(&version))
-        return false;
-#pragma GCC diagnostic pop
-    return version.dwPlatformId == VER_PLATFORM_WIN32_NT;
-}
-
 }  // namespace
 
 ForegroundAttentionGrabber::ForegroundAttentionGrabber()
@@ -31,13 +22,14 @@ ForegroundAttentionGrabber::ForegroundAttentionGrabber()
     doOurBlackMagic();
 }
 
+// The grabber is itself the guard of its attachment: the flag and the two thread ids are its settled fields.
 ForegroundAttentionGrabber::~ForegroundAttentionGrabber() {
     if (m_attached)
         AttachThreadInput(m_currentThreadId, m_foregroundThreadId, FALSE);
 }
 
 void ForegroundAttentionGrabber::doOurBlackMagic() {
-    if (IsNtPlatform())
+    if (tav::system::IsNtFamily())
         TapLeftAlt();
 
     DWORD foregroundProcessId = 0;

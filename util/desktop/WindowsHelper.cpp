@@ -1,15 +1,17 @@
 #include "desktop/WindowsHelper.h"
 
+#include "platform/Guards.h"
+
 HWND cWindowsHelper::GetFocusWindow(HWND window) {
     DWORD threadId = GetWindowThreadProcessId(window, nullptr);
     DWORD currentThreadId = GetCurrentThreadId();
-    if (!AttachThreadInput(currentThreadId, threadId, TRUE))
+    tav::InputAttachment attachment(currentThreadId, threadId);
+    if (!attachment.attached())
         return nullptr;
     GUITHREADINFO info = {};
     info.cbSize = sizeof(info);  // 72
     GetGUIThreadInfo(threadId, &info);
-    AttachThreadInput(currentThreadId, threadId, FALSE);
-    return info.hwndFocus;
+    return info.hwndFocus;  // read before the attachment ends, as the focus belongs to the attached input
 }
 
 HWND cWindowsHelper::GetChildWindow(HWND parent, CStdStr<wchar_t> className) {

@@ -118,9 +118,7 @@ PressKeyHelper::PressKeyHelper() {
     // than all it knows, and have it.
     if (m_platform.GetClassification() != CPlatforme::PLATFORM_WIN95) {
         m_hUser32.reset(LoadLibraryW(L"USER32.DLL"));
-        if (m_hUser32)
-            m_pfnSendInput = reinterpret_cast<SendInputFn>(
-                reinterpret_cast<void*>(GetProcAddress(m_hUser32.get(), "SendInput")));
+        m_pfnSendInput = tav::ModuleFunction<SendInputFn>(m_hUser32.get(), "SendInput");
     }
 }
 

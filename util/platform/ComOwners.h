@@ -1,11 +1,12 @@
-// Owners for the Automation values that are not handles: a VARIANT (cleared with VariantClear) and a
-// string the COM task allocator handed out (freed with CoTaskMemFree). BSTRs have their owner in
-// Handles.h (tav::UniqueBstr).
+// Owners for the Automation and shell values that are not handles: a VARIANT (cleared with VariantClear),
+// a string the COM task allocator handed out (freed with CoTaskMemFree) and a shell item list. BSTRs have
+// their owner in Handles.h (tav::UniqueBstr); COM initialisation has its guard in Guards.h.
 #pragma once
 
 #include <windows.h>
 #include <objbase.h>
 #include <oleauto.h>
+#include <shlobj.h>
 
 #include "platform/Handles.h"
 
@@ -33,9 +34,26 @@ private:
 
 namespace detail {
 struct FreeCoTaskMem { static void close(LPOLESTR s) { CoTaskMemFree(s); } };
+// An item list goes back to the shell's allocator. Should the shell not hand that allocator out, the
+// list is freed all the same: on every system this library runs on, the shell allocator is the COM task
+// allocator.
+struct FreeItemList {
+    static void close(LPITEMIDLIST item) {
+        IMalloc* allocator = nullptr;
+        if (SUCCEEDED(SHGetMalloc(&allocator)) && allocator != nullptr) {
+            allocator->Free(item);
+            allocator->Release();
+        } else {
+            CoTaskMemFree(item);
+        }
+    }
+};
 }  // namespace detail
 
 // A wide string from the COM task allocator (display names, StringFromCLSID).
-using UniqueCoTaskString = UniqueResource<LPOLESTR, nullptr, detail::FreeCoTaskMem>;
+using UniqueCoTaskString = UniqueResource<LPOLESTR, detail::FreeCoTaskMem>;
+
+// An item list the shell handed out (SHBrowseForFolderW and friends).
+using UniqueItemList = UniqueResource<LPITEMIDLIST, detail::FreeItemList>;
 
 }  // namespace tav

@@ -13,15 +13,12 @@ static_assert(sizeof(PROCESSENTRY32W) == 568, "process entry size the system exp
 static_assert(sizeof(MODULEENTRY32W) == 1080, "module entry size the system expects");
 
 // A process entry taken from the process heap, freed with the owner.
-struct HeapFreer {
-    void operator()(PROCESSENTRY32W* entry) const { HeapFree(GetProcessHeap(), 0, entry); }
-};
-using HeapProcessEntry = std::unique_ptr<PROCESSENTRY32W, HeapFreer>;
+using HeapProcessEntry = tav::UniqueProcessHeap<PROCESSENTRY32W>;
 
 HeapProcessEntry AllocateProcessEntry() {
     HANDLE heap = GetProcessHeap();
     if (heap == nullptr)
-        return nullptr;
+        return {};
     auto* entry = static_cast<PROCESSENTRY32W*>(HeapAlloc(heap, HEAP_ZERO_MEMORY, sizeof(PROCESSENTRY32W)));
     if (entry != nullptr)
         entry->dwSize = sizeof(PROCESSENTRY32W);
@@ -112,10 +109,10 @@ bool CProcessFinder95::IsProcessRunning(const CStdStr<wchar_t>& name, bool conso
     if (!entry || m_pProcess32First == nullptr || !m_pProcess32First(snapshot.get(), entry.get()))
         return false;
     do {
-        CStdStr<wchar_t> exe = entry->szExeFile;
+        CStdStr<wchar_t> exe = entry.get()->szExeFile;
         CFileName::StripPath(exe);
         if (_wcsicmp(exe.c_str(), wanted.c_str()) == 0) {
-            if (!consoleSessionOnly || IsInConsoleSession(entry->th32ProcessID))
+            if (!consoleSessionOnly || IsInConsoleSession(entry.get()->th32ProcessID))
                 return true;
         }
     } while (m_pProcess32Next != nullptr && m_pProcess32Next(snapshot.get(), entry.get()));

@@ -54,7 +54,7 @@ long CRegistry::OpenKey(HKEY root, const wchar_t* path, const bool& readOnly) {
 long CRegistry::CloseKey() {
     if (!m_key)
         return ERROR_INVALID_HANDLE;
-    return RegCloseKey(m_key.release());
+    return RegCloseKey(m_key.release());  // by hand: the caller gets the status of the close
 }
 
 int CRegistry::IsValid() { return m_key ? 1 : 0; }

@@ -1,23 +1,12 @@
 #include "security/VxWindowsPermissionsUtils.h"
 
 #include "platform/Handles.h"
+#include "system/OSInfo.h"
+#include "system/detail/WindowsVersion.h"
 
 #include <iostream>
 
 namespace {
-
-// GetVersionExW with the extended structure first, then with the plain one.
-static_assert(sizeof(OSVERSIONINFOEXW) == 284 && sizeof(OSVERSIONINFOW) == 276, "version structure sizes");
-
-bool IsWindowsNT() {
-    OSVERSIONINFOEXW extended = {};
-    extended.dwOSVersionInfoSize = sizeof extended;
-    if (GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&extended)))
-        return extended.dwPlatformId == VER_PLATFORM_WIN32_NT;
-    OSVERSIONINFOW plain = {};
-    plain.dwOSVersionInfoSize = sizeof plain;
-    return GetVersionExW(&plain) && plain.dwPlatformId == VER_PLATFORM_WIN32_NT;
-}
 
 // Diagnostic lines, written only when the caller asked for them: progress to the wide standard output,
 // errors (with the system error number in decimal) to the wide standard error.
@@ -39,31 +28,27 @@ private:
     bool verbose_;
 };
 
-template <typename Fn>
-void Bind(HMODULE module, const char* name, Fn& function) {
-    function = reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-}
-
 }  // namespace
 
 VxWindowsPermissionsUtils::VxWindowsPermissionsUtils() {
-    if (!IsWindowsNT())
+    if (!tav::system::IsNtFamily())
         return;
     m_hAdvApi32 = LoadLibraryW(L"advapi32.dll");
     m_dwLoadError = GetLastError();
     if (m_hAdvApi32 == nullptr)
         return;
-    Bind(m_hAdvApi32, "OpenThreadToken", OpenThreadToken);
-    Bind(m_hAdvApi32, "GetTokenInformation", GetTokenInformation);
-    Bind(m_hAdvApi32, "AllocateAndInitializeSid", AllocateAndInitializeSid);
-    Bind(m_hAdvApi32, "IsValidSid", IsValidSid);
-    Bind(m_hAdvApi32, "EqualSid", EqualSid);
-    Bind(m_hAdvApi32, "FreeSid", FreeSid);
+    OpenThreadToken = tav::ModuleFunction<OpenThreadTokenFn>(m_hAdvApi32, "OpenThreadToken");
+    GetTokenInformation = tav::ModuleFunction<GetTokenInformationFn>(m_hAdvApi32, "GetTokenInformation");
+    AllocateAndInitializeSid =
+        tav::ModuleFunction<AllocateAndInitializeSidFn>(m_hAdvApi32, "AllocateAndInitializeSid");
+    IsValidSid = tav::ModuleFunction<IsValidSidFn>(m_hAdvApi32, "IsValidSid");
+    EqualSid = tav::ModuleFunction<EqualSidFn>(m_hAdvApi32, "EqualSid");
+    FreeSid = tav::ModuleFunction<FreeSidFn>(m_hAdvApi32, "FreeSid");
 }
 
 VxWindowsPermissionsUtils::~VxWindowsPermissionsUtils() {
     if (m_hAdvApi32 != nullptr) {
-        FreeLibrary(m_hAdvApi32);
+        FreeLibrary(m_hAdvApi32);  // a plain handle: the class is copyable and each copy frees it
         m_hAdvApi32 = nullptr;
         m_dwLoadError = 0;
     }
@@ -103,7 +88,7 @@ long VxWindowsPermissionsUtils::QueryMembership(enumQueryGroup group, int* isMem
         return E_FAIL;
     *isMember = FALSE;
 
-    if (!AllFunctionsUsable() && !IsWindowsNT()) {
+    if (!AllFunctionsUsable() && !tav::system::IsNtFamily()) {
         say.Progress(L"Is 9x, so returning TRUE for IsMemberOf().");
         *isMember = TRUE;
         return S_OK;

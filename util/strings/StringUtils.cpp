@@ -1,10 +1,12 @@
 #include "strings/StringUtils.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
-const wchar_t kSeparators[] = L" \n\r";
+// The separators: blank, line feed and carriage return.
+bool IsSeparator(wchar_t unit) { return unit == L' ' || unit == L'\n' || unit == L'\r'; }
 const wchar_t kAbbreviation[] = L"...";
 const int kAbbreviationLength = 3;
 
@@ -16,40 +18,43 @@ void AppendPiece(std::list<CStdStr<wchar_t>>& pieces, CStdStr<wchar_t> piece) {
 
 }  // namespace
 
-// Each step works on the remainder of the text; the remainder is kept as a position in `text` rather than
-// as a copy, so that a long text costs time in proportion to its length. The remainder always runs to the
-// text's end, so its trailing separators are trimmed once, here.
+// The remainder is a window [begin, end) of the text rather than a copy of it, so that a cut takes time in
+// proportion to the text: copying the rest after every piece made long texts quadratic.
 std::list<CStdStr<wchar_t>> StringCut(const CStdStr<wchar_t>& text, int width) {
     std::list<CStdStr<wchar_t>> pieces;
-    const std::wstring& all = text;
-    size_t lastUnit = all.find_last_not_of(kSeparators);
-    const size_t end = lastUnit == std::wstring::npos ? 0 : lastUnit + 1;
-    size_t pos = 0;
+    const wchar_t* const units = text.data();
+    size_t begin = 0;
+    size_t end = text.size();
     for (;;) {
-        pos = all.find_first_not_of(kSeparators, pos);
-        if (pos == std::wstring::npos || pos > end)
-            pos = end;
-        if (static_cast<long long>(end - pos) <= width) {
-            AppendPiece(pieces, CStdStr<wchar_t>(all.substr(pos, end - pos)));
+        while (begin < end && IsSeparator(units[begin]))
+            ++begin;
+        while (end > begin && IsSeparator(units[end - 1]))
+            --end;
+        const size_t length = end - begin;
+        if (width >= 0 && length <= static_cast<size_t>(width)) {
+            AppendPiece(pieces, CStdStr<wchar_t>(units + begin, length));
             return pieces;
         }
-        size_t firstSeparator = all.find_first_of(kSeparators, pos);
-        bool hasSeparator = firstSeparator < end;
-        if (hasSeparator && static_cast<long long>(firstSeparator - pos) <= width) {
-            // Break at the last separator within the first width+1 units.
-            size_t breakAt = all.find_last_of(kSeparators, pos + static_cast<size_t>(width));
-            AppendPiece(pieces, CStdStr<wchar_t>(all.substr(pos, breakAt - pos)));
-            pos = breakAt;
+        const size_t firstSeparator = static_cast<size_t>(std::find_if(units + begin, units + end, IsSeparator) -
+                                                          (units + begin));  // `length` when there is none
+        if (firstSeparator < length && width >= 0 && firstSeparator <= static_cast<size_t>(width)) {
+            // Break at the last separator within the first width+1 units (the remainder is longer than that).
+            size_t breakAt = static_cast<size_t>(width);
+            while (!IsSeparator(units[begin + breakAt]))
+                --breakAt;
+            AppendPiece(pieces, CStdStr<wchar_t>(units + begin, breakAt));
+            begin += breakAt;
             continue;
         }
         // The first word is longer than the width: abbreviate it and drop the rest of the word.
         // Widths of 3 or less leave no room for text: the piece is then only the mark.
-        long long kept = static_cast<long long>(width) - kAbbreviationLength;
-        AppendPiece(pieces, CStdStr<wchar_t>(all.substr(pos, kept < 0 ? 0 : static_cast<size_t>(kept))) +
-                                kAbbreviation);
-        if (!hasSeparator)
+        // In 64 bits: the most negative width must not overflow.
+        const long long room = static_cast<long long>(width) - kAbbreviationLength;
+        const size_t kept = room < 0 ? 0 : static_cast<size_t>(room);
+        AppendPiece(pieces, CStdStr<wchar_t>(units + begin, kept) + kAbbreviation);
+        if (firstSeparator == length)
             return pieces;
-        pos = firstSeparator;
+        begin += firstSeparator;
     }
 }
 

@@ -1,22 +1,12 @@
 #include "system/OSInfo.h"
 
+#include "system/detail/WindowsVersion.h"
+
 namespace {
 
-// The version records, with the size fields the system expects (276 and 284 bytes).
-bool ReadVersion(OSVERSIONINFOW& info) {
-    ZeroMemory(&info, sizeof(info));
-    info.dwOSVersionInfoSize = sizeof(OSVERSIONINFOW);
-    return GetVersionExW(&info) != FALSE;
-}
-
-bool ReadVersionEx(OSVERSIONINFOEXW& info) {
-    ZeroMemory(&info, sizeof(info));
-    info.dwOSVersionInfoSize = sizeof(OSVERSIONINFOEXW);
-    return GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&info)) != FALSE;
-}
-
-static_assert(sizeof(OSVERSIONINFOW) == 276, "version record size");
-static_assert(sizeof(OSVERSIONINFOEXW) == 284, "extended version record size");
+using tav::system::IsNtFamily;
+using tav::system::ReadVersion;
+using tav::system::ReadVersionEx;
 
 bool TextIs(const wchar_t* text, const wchar_t* expected) { return wcscmp(text, expected) == 0; }
 
@@ -41,7 +31,7 @@ void OSInfo::captureInfo() {
     if (!ReadVersion(info))
         return;
     OSVERSIONINFOEXW extended;
-    bool haveExtended = info.dwPlatformId == VER_PLATFORM_WIN32_NT && ReadVersionEx(extended);
+    bool haveExtended = IsNtFamily(info) && ReadVersionEx(extended);
     captureFrom(info, haveExtended ? &extended : nullptr);
 }
 
@@ -86,7 +76,7 @@ void OSInfo::captureFrom(const OSVERSIONINFOW& info, const OSVERSIONINFOEXW* ext
         break;
     }
 
-    if (info.dwPlatformId == VER_PLATFORM_WIN32_NT && extended != nullptr) {
+    if (IsNtFamily(info) && extended != nullptr) {
         servicePackMajor_ = extended->wServicePackMajor;
         servicePackMinor_ = extended->wServicePackMinor;
     }
@@ -114,7 +104,7 @@ CPlatforme::CPlatforme() : m_isWin9x(false), m_classification(PLATFORM_NEWER) {
             m_classification = PLATFORM_WIN98;
         else if (v.dwMinorVersion == 90)
             m_classification = PLATFORM_WINME;
-    } else if (v.dwPlatformId == VER_PLATFORM_WIN32_NT) {
+    } else if (IsNtFamily(v)) {
         m_isWin9x = false;
         if (v.dwMajorVersion == 3)
             m_classification = PLATFORM_NT3;
@@ -162,12 +152,14 @@ bool cVistaHelper::IsVistaHomeBasic() {
 bool cVistaHelper::IsDWMCompositionEnabled() {
     if (!m_hDwmApi)
         return false;
-    m_pfnDwmIsCompositionEnabled = GetProcAddress(m_hDwmApi.get(), "DwmIsCompositionEnabled");
-    if (m_pfnDwmIsCompositionEnabled == nullptr)
-        return false;
     using DwmIsCompositionEnabledFn = HRESULT(WINAPI*)(BOOL*);
+    auto isCompositionEnabled =
+        tav::ModuleFunction<DwmIsCompositionEnabledFn>(m_hDwmApi.get(), "DwmIsCompositionEnabled");
+    m_pfnDwmIsCompositionEnabled = reinterpret_cast<FARPROC>(reinterpret_cast<void*>(isCompositionEnabled));
+    if (isCompositionEnabled == nullptr)
+        return false;
     BOOL enabled = FALSE;
-    reinterpret_cast<DwmIsCompositionEnabledFn>(reinterpret_cast<void*>(m_pfnDwmIsCompositionEnabled))(&enabled);
+    isCompositionEnabled(&enabled);
     // Home Basic has no composition worth the name: the suite treats it as off.
     return enabled && !IsVistaHomeBasic();
 }
@@ -176,6 +168,4 @@ CDynFuncLoad::CDynFuncLoad(const wchar_t* file) : m_hModule(LoadLibraryW(file)) 
 
 CDynFuncLoad::~CDynFuncLoad() = default;
 
-FARPROC CDynFuncLoad::getFunction(const char* name) const {
-    return m_hModule ? GetProcAddress(m_hModule.get(), name) : nullptr;
-}
+FARPROC CDynFuncLoad::getFunction(const char* name) const { return tav::ModuleFunction<FARPROC>(m_hModule.get(), name); }

@@ -117,6 +117,15 @@ protected:
     FARPROC m_pfnDwmIsCompositionEnabled;
 };
 
+namespace tav {
+// The typed look-up of CDynFuncLoad for a module held by another owner: null when the module is null or
+// lacks the export. Every function this library binds at run time is looked up through it.
+template <typename Fn>
+Fn ModuleFunction(HMODULE module, const char* name) {
+    return module != nullptr ? reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
+}
+}  // namespace tav
+
 // CDynFuncLoad: a module loaded by name, freed with the object, and functions looked up in it.
 // Not copyable: two copies would free one module twice.
 class TAVUTIL_API CDynFuncLoad {
@@ -131,7 +140,7 @@ public:
     // Typed look-up: getFunction<decltype(&::GetProductInfo)>("GetProductInfo").
     template <typename Fn>
     Fn getFunction(const char* name) const {
-        return reinterpret_cast<Fn>(reinterpret_cast<void*>(getFunction(name)));
+        return tav::ModuleFunction<Fn>(m_hModule.get(), name);
     }
     HMODULE getInstanceHandle() const { return m_hModule.get(); }
 

@@ -4,6 +4,8 @@
 //   com_object_server --clsid {...} --name NAME [--active] [--item] [--file PATH] [--delay MS]
 //                     --ready EVENT --quit EVENT
 #include "TestDispatch.h"
+#include "platform/Guards.h"
+#include "platform/Handles.h"
 
 #include <windows.h>
 #include <objbase.h>
@@ -59,12 +61,13 @@ int wmain(int argc, wchar_t** argv) {
     Options options;
     if (!Parse(argc, argv, options))
         return 2;
-    if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
+    tav::ComInitialization com(COINIT_MULTITHREADED);
+    if (!com.succeeded())
         return 3;
-    HANDLE ready = OpenEventW(EVENT_MODIFY_STATE, FALSE, options.ready.c_str());
-    HANDLE quit = OpenEventW(SYNCHRONIZE, FALSE, options.quit.c_str());
+    tav::UniqueHandle ready(OpenEventW(EVENT_MODIFY_STATE, FALSE, options.ready.c_str()));
+    tav::UniqueHandle quit(OpenEventW(SYNCHRONIZE, FALSE, options.quit.c_str()));
     CLSID clsid;
-    if (ready == nullptr || quit == nullptr || FAILED(CLSIDFromString(options.clsid.c_str(), &clsid)))
+    if (!ready || !quit || FAILED(CLSIDFromString(options.clsid.c_str(), &clsid)))
         return 4;
 
     auto* object = new comtest::TestDispatch(options.name);
@@ -79,7 +82,7 @@ int wmain(int argc, wchar_t** argv) {
     // Without a delay the server is ready once its registrations are in place; with one, as soon as it
     // runs, so that the test's first lookup comes before the registration.
     if (options.delayMs != 0) {
-        SetEvent(ready);
+        SetEvent(ready.get());
         Sleep(options.delayMs);
     }
     DWORD activeCookie = 0;
@@ -87,9 +90,9 @@ int wmain(int argc, wchar_t** argv) {
         return 5;
     DWORD itemCookie = options.item ? Register(table, object, itemMoniker) : 0;
     DWORD fileCookie = fileMoniker ? Register(table, object, fileMoniker) : 0;
-    SetEvent(ready);
+    SetEvent(ready.get());
 
-    WaitForSingleObject(quit, 120000);
+    WaitForSingleObject(quit.get(), 120000);
     if (activeCookie)
         RevokeActiveObject(activeCookie, nullptr);
     if (itemCookie)
@@ -103,8 +106,5 @@ int wmain(int argc, wchar_t** argv) {
     if (table)
         table->Release();
     object->Release();
-    CloseHandle(ready);
-    CloseHandle(quit);
-    CoUninitialize();
     return 0;
 }
