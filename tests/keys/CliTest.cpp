@@ -56,7 +56,7 @@ TEST_F(KeysCliTyping, KeysVerbReportsCommandWordsAndMenuFailures) {
     tavtest::ChildResult run = Tavutil(L"keys \"{PostCommand 1f4}\"");
     EXPECT_EQ(0u, run.exitCode) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("result: command words carried out")) << run.output;
-    EXPECT_TRUE(PumpUntil([&] {
+    EXPECT_TRUE(tavtest::WaitUntil([&] {
         for (const WindowMessage& m : recorder.messages)
             if (m.message == WM_COMMAND && m.wParam == 0x1F4)
                 return true;
