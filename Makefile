@@ -13,9 +13,10 @@ SESSION := cmake/wine-session.sh
 PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             binutils-mingw-w64-x86-64:x86_64-w64-mingw32-objdump \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
-            googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja
+            googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
+            clang:clang lld:lld-link llvm:llvm-dlltool
 
-.PHONY: all deps configure build test demo bench install clean loaded-runs
+.PHONY: all deps configure build test demo bench install clean loaded-runs test-hardened fuzz
 
 all: build
 
@@ -47,6 +48,19 @@ build: deps configure
 # Every test program runs once: a failure is a failure.
 test: build
 	cd $(BUILD) && ctest --output-on-failure --timeout 900 -j $(TEST_JOBS)
+
+# The whole suite (with the quick hostile-input pass) on the hardened variant, in its own build folder.
+HARDENED_BUILD ?= build-hardened
+test-hardened: deps
+	cmake -S . -B $(HARDENED_BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=Release \
+	    -DTAVUTIL_HARDENED=ON -DTAVUTIL_BUILD_BENCH=OFF
+	cmake --build $(HARDENED_BUILD) -j $(JOBS)
+	cd $(HARDENED_BUILD) && ctest --output-on-failure --timeout 900 -j $(TEST_JOBS)
+
+# The long hostile-input pass: TAVUTIL_FUZZ_INPUTS inputs per driver (default 1,000,000) and a table.
+fuzz: build
+	@$(SESSION) start $(BUILD) && \
+	$(SESSION) run $(BUILD) $(BUILD)/bin/fuzz_tests.exe --long; status=$$?; $(SESSION) stop $(BUILD); exit $$status
 
 # The demonstration needs only the DLL and the command-line tool.
 demo: configure

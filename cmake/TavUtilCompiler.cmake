@@ -8,3 +8,13 @@ target_compile_definitions(tavutil_warnings INTERFACE
 # The C and C++ runtimes and winpthread are linked statically: the DLL and the programs import
 # Windows system DLLs only.
 add_link_options(-static -static-libgcc -static-libstdc++)
+
+# The hardened variant (make test-hardened): undefined behaviour stops the program at once, standard-library
+# preconditions are checked, and stack buffers are guarded. It compiles the library and the tests alike;
+# the shipped DLL is the optimised build without it.
+option(TAVUTIL_HARDENED "Build with undefined-behaviour traps, library assertions and stack protection" OFF)
+if(TAVUTIL_HARDENED)
+    add_compile_options(-fsanitize=undefined -fsanitize-undefined-trap-on-error -D_GLIBCXX_ASSERTIONS
+                        -fstack-protector-strong)
+    add_link_options(-fstack-protector-strong)
+endif()

@@ -16,16 +16,16 @@ set_tests_properties(wine_session_start PROPERTIES FIXTURES_SETUP wine TIMEOUT 3
 add_test(NAME wine_session_stop COMMAND ${TAVUTIL_WINE_SESSION} stop ${CMAKE_BINARY_DIR})
 set_tests_properties(wine_session_stop PROPERTIES FIXTURES_CLEANUP wine)
 
-# tavutil_test_area(NAME [SOURCES ...] [LIBS ...] [TIMEOUT seconds] [WITHOUT_DESKTOP] [LOCKS ...])
+# tavutil_test_area(NAME [SOURCES ...] [LIBS ...] [TIMEOUT seconds] [WITHOUT_DESKTOP] [LOCKS ...] [ARGS ...])
 # One GoogleTest executable per area, `NAME_tests.exe`, made of the .cpp and .rc files of the calling
-# folder (or the SOURCES given), and one CTest entry that runs it under Wine.
+# folder (or the SOURCES given), and one CTest entry that runs it under Wine (with ARGS, if given).
 # Test programs run side by side (ctest -j) unless they share something that one of them changes:
 #  - desktop: the one X display, the foreground window, the keyboard and the clipboard. Every area holds it
 #    unless it says WITHOUT_DESKTOP (it makes no window, types no key and takes no foreground).
 #  - LOCKS names others, e.g. machine_keys: the HKEY_LOCAL_MACHINE keys that tests create at the exact paths
 #    the library reads (the suite's setup key, App Paths, Uninstall and class entries).
 function(tavutil_test_area name)
-    cmake_parse_arguments(ARG "WITHOUT_DESKTOP" "TIMEOUT" "SOURCES;LIBS;LOCKS" ${ARGN})
+    cmake_parse_arguments(ARG "WITHOUT_DESKTOP" "TIMEOUT" "SOURCES;LIBS;LOCKS;ARGS" ${ARGN})
     if(NOT ARG_SOURCES)
         file(GLOB ARG_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.rc)
     endif()
@@ -39,7 +39,7 @@ function(tavutil_test_area name)
     set(target ${name}_tests)
     add_executable(${target} ${ARG_SOURCES})
     target_link_libraries(${target} PRIVATE TavUtil tavutil_test_support GTest::gtest tavutil_warnings ${ARG_LIBS})
-    add_test(NAME ${target} COMMAND ${target} --gtest_color=no)
+    add_test(NAME ${target} COMMAND ${target} --gtest_color=no ${ARG_ARGS})
     set_tests_properties(${target} PROPERTIES FIXTURES_REQUIRED wine TIMEOUT ${ARG_TIMEOUT})
     if(locks)
         set_tests_properties(${target} PROPERTIES RESOURCE_LOCK "${locks}")

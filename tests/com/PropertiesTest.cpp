@@ -65,6 +65,22 @@ TEST_F(ComTest, LongOfAStringPropertyIsTheLowPartOfItsPointer) {
     EXPECT_EQ(GetPropLong(object, L"Count"), 42);
 }
 
+// A value whose type holds no pointer is never taken for one: GetPropW gives "" and GetDisp nothing,
+// while the settled number reads stay as they are.
+TEST_F(ComTest, StringAndObjectReadsOfValuesWithoutPointers) {
+    CComPtr<TestDispatch> own = MakeObject(L"own");
+    CComQIPtr<IDispatch> object(own.p);
+    for (const wchar_t* name : {L"Count", L"IntFFFF", L"BoolTrue", L"BoolOne", L"Real", L"Null", L"Price"}) {
+        EXPECT_EQ(GetPropW(object, name), L"") << name;
+        EXPECT_FALSE(GetDisp(object, name)) << name;
+    }
+    EXPECT_EQ(GetPropLong(object, L"Count"), 42);
+    EXPECT_EQ(GetPropLong(object, L"Price"), 0x56789ABC);  // the low bits, read without a type check
+    EXPECT_TRUE(GetPropBool(object, L"BoolTrue"));
+    EXPECT_EQ(GetPropW(object, L"Name"), L"own");
+    EXPECT_TRUE(GetDisp(object, L"Child"));
+}
+
 TEST_F(ComTest, UnknownPropertiesGiveNeutralAnswers) {
     CComQIPtr<IDispatch> regExp(CreateObject(L"VBScript.RegExp"));
     ASSERT_TRUE(regExp);

@@ -2,6 +2,8 @@
 // nudge of TryToGetActiveObject, and the Running Object Table, within this process and from a second one.
 #include "ComFixtures.h"
 
+#include "ImportHook.h"
+
 namespace comtest {
 namespace {
 
@@ -80,6 +82,28 @@ TEST_F(ComTest, TryToGetActiveObjectGivesUpAfterFiveNudgedAttempts) {
     EXPECT_FALSE(found);
     EXPECT_EQ(GetForegroundWindow(), foreground.get());
     EXPECT_TRUE(IsOnThisThreadsStack(ForegroundLockTimeout::Current())) << std::hex << ForegroundLockTimeout::Current();
+}
+
+DWORD openProcessAccess = 0;
+
+HANDLE WINAPI RecordingOpenProcess(DWORD access, BOOL inherit, DWORD processId) {
+    openProcessAccess = access;
+    return OpenProcess(access, inherit, processId);
+}
+
+// The wait for the foreground window's owner opens its process with the all-access mask of the older
+// systems, 0x1F0FFF, not the wider one of this build's headers.
+TEST_F(ComTest, TryToGetActiveObjectOpensTheOwnerWithTheOlderAllAccessMask) {
+    tavtest::ImportHook hook(tavtest::TavUtilModule(), "kernel32.dll", "OpenProcess",
+                             reinterpret_cast<void*>(&RecordingOpenProcess));
+    ASSERT_TRUE(hook.installed());
+    ForegroundLockTimeout timeout;
+    ForegroundWindow foreground;
+    SuiteHiddenWindow hidden;
+    openProcessAccess = 0;
+    CComPtr<IUnknown> found;
+    EXPECT_EQ(TryToGetActiveObject(ToClsid(kClsid), nullptr, &found), MK_E_UNAVAILABLE);
+    EXPECT_EQ(openProcessAccess, 0x1F0FFFu);
 }
 
 // ---- Active objects by ProgID -----------------------------------------------------------------------

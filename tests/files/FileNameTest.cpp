@@ -122,6 +122,18 @@ TEST(FileName, SetFilenameTooLongEmptiesTheText) {
     EXPECT_TRUE(Text(name).empty());
 }
 
+// A path whose split fails has no folder to keep: composing in it gives an empty text, never a name
+// relative to the current folder.
+TEST(FileName, ComposingInAPathWithAnOverlongPartIsEmpty) {
+    std::wstring overlong = L"C:\\dir\\" + std::wstring(300, L'n') + L".txt";
+    CFileName name(overlong.c_str());
+    name.SetFilename(L"a", L"txt");
+    EXPECT_EQ(Text(name), L"");
+    EXPECT_EQ(Text(CFileName::FromPathAndFile(overlong.c_str(), L"a", L"txt")), L"");
+    std::wstring overlongFolder = L"C:\\" + std::wstring(300, L'd') + L"\\x.txt";
+    EXPECT_EQ(Text(CFileName::FromPathAndFile(overlongFolder.c_str(), L"a", L"txt")), L"");
+}
+
 TEST(FileName, AppendDirectoryAddsOneSeparatorAndNoTrailingOne) {
     struct Row {
         const wchar_t* path;
@@ -235,6 +247,16 @@ TEST(FileName, CreateDirectoryWithoutRecursionNeedsTheParent) {
     EXPECT_NE(folder.CreateDirectoryW(0), 0);
     EXPECT_NE(deep.CreateDirectoryW(0), 0);
     EXPECT_TRUE(CFileName::FileExists((dir / L"a\\b").c_str()));
+}
+
+// Without a drive letter the climb ends at a lone backslash, which is its own parent: a folder that
+// cannot be created gives 0 instead of climbing forever.
+TEST(FileName, CreateDirectoryWithoutADriveEndsItsClimb) {
+    for (const wchar_t* path : {L"\\tav<bad>\\d\\f.txt", L"\\\\tav<bad>\\share\\d\\f.txt",
+                                L"tav<bad>\\d\\f.txt"}) {
+        CFileName name(path);
+        EXPECT_EQ(name.CreateDirectoryW(1), 0) << Text(name);
+    }
 }
 
 TEST(FileName, ModuleConstructorForThisExecutableAndTheDll) {

@@ -48,6 +48,31 @@ TEST_F(KeysCliTyping, KeysVerbReleasesWhatItHeld) {
     EXPECT_FALSE(IsKeyDown(VK_F13));
 }
 
+// The verb reports what the run did: command words carried out (status 0), a failed {Menu (status 1),
+// or the parse result.
+TEST_F(KeysCliTyping, KeysVerbReportsCommandWordsAndMenuFailures) {
+    using namespace keytest;
+    RecorderWindow recorder;  // no menu bar
+    tavtest::ChildResult run = Tavutil(L"keys \"{PostCommand 1f4}\"");
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("result: command words carried out")) << run.output;
+    EXPECT_TRUE(tavtest::WaitUntil([&] {
+        for (const WindowMessage& m : recorder.messages)
+            if (m.message == WM_COMMAND && m.wParam == 0x1F4)
+                return true;
+        return false;
+    }));
+
+    run = Tavutil(L"keys \"{Menu 0 0}\"");
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("result: 8 (SKERR_MENUFAILED)")) << run.output;
+
+    run = Tavutil(L"keys \"{ENTR}\"");
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("result: 2 (SKERR_INVALIDKEY)")) << run.output;
+    EXPECT_TRUE(recorder.WaitForKeys(1, 300).empty()) << Describe(recorder.keys);
+}
+
 TEST_F(KeysCliTyping, TypeVerbTypesTextLiterally) {
     keytest::TextRecorder recorder;
     tavtest::ChildResult run = Tavutil(L"type \"a\u00E9{+}\U0001F600\"");

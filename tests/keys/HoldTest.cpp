@@ -41,6 +41,9 @@ TEST_F(KeysHold, ClosedHoldLeavesKeysDownAndReleaseAllReleasesLastFirst) {
     EXPECT_FALSE(IsDown(VK_SHIFT));
     EXPECT_FALSE(IsDown('A'));
     EXPECT_EQ(0, tav::keys::TheHoldList().Count());
+    // Reading outside the count gives 0, not the keys released a moment ago.
+    for (int index : {0, 1, -1, tav::keys::HoldList::kCapacity, 1 << 30})
+        EXPECT_EQ(0, tav::keys::TheHoldList().At(index)) << index;
 }
 
 TEST_F(KeysHold, MissingCloseKeepsTheNextCallInHoldMode) {

@@ -251,6 +251,26 @@ TEST(KeysParser, QueueHoldsExactly6144Entries) {
     EXPECT_EQ(6144, tav::keys::TheKeyQueue().Count());
 }
 
+// The most negative count repeats until the queue is full like any negative count, without a signed
+// overflow on its first step (a hardened build stops the program on one).
+TEST(KeysParser, MostNegativeCountFillsTheQueue) {
+    EXPECT_EQ(SKERR_STRINGTOOLONG, ParseKeyScript(L"{a -2147483648}"));
+    EXPECT_EQ(6144, tav::keys::TheKeyQueue().Count());
+    EXPECT_EQ(SKERR_STRINGTOOLONG, ParseKeyScript(L"{ENTER -2147483648}"));
+    EXPECT_EQ(SKERR_STRINGTOOLONG, ParseKeyScript(L"{a 2147483647}"));  // the largest count fills it too
+}
+
+// Reading the queue outside its count gives 0, not what an earlier script left there.
+TEST(KeysParser, QueueReadOutsideItsCountIsZero) {
+    ASSERT_EQ(SKERR_NONE, ParseKeyScript(L"abc"));
+    ASSERT_EQ(SKERR_NONE, ParseKeyScript(L"a"));
+    const tav::keys::KeyQueue& queue = tav::keys::TheKeyQueue();
+    ASSERT_EQ(1, queue.Count());
+    EXPECT_EQ(0x41, queue.At(0));
+    for (int index : {1, 2, -1, tav::keys::KeyQueue::kCapacity, 1 << 30, -(1 << 30)})
+        EXPECT_EQ(0, queue.At(index)) << index;
+}
+
 // Any script is parsed inside the library's own memory: long brace names, deep nesting, long modifiers.
 TEST(KeysParser, HostileScripts) {
     std::wstring longName = L"{" + std::wstring(100000, L'x') + L"}";

@@ -1,8 +1,12 @@
 #include <TavUtil.h>
 
+#include "ImportHook.h"
+
 #include <gtest/gtest.h>
 
+#include <cstdarg>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -145,6 +149,35 @@ TEST(StdStr, FormatTruncatesBeyondTheLastBuffer) {
         int previous = i == 1 ? 2048 : Str::kFormatBufferSizes[i - 1] - Str::kFormatBufferSizes[i - 2];
         EXPECT_EQ(growth, previous + 2048) << "step " << i;
     }
+}
+
+// The formatter of this platform answers -1 both for text that does not fit and for a conversion it
+// cannot make; Wine's formatter never fails a conversion, so the test stands in for it: it writes "ab",
+// then fails, whatever the buffer size. The sizes it was called with are recorded.
+std::vector<size_t> formatterCalls;
+
+int __cdecl FailingFormatter(wchar_t* buffer, size_t count, const wchar_t*, va_list) {
+    formatterCalls.push_back(count);
+    if (count >= 2) {
+        buffer[0] = L'a';
+        buffer[1] = L'b';
+    }
+    return -1;
+}
+
+int __cdecl FailingCounter(const wchar_t*, va_list) { return -1; }
+
+TEST(StdStr, FormatConversionErrorKeepsTheTextBeforeItWithoutPadding) {
+    HMODULE self = GetModuleHandleW(nullptr);
+    tavtest::ImportHook formatter(self, "msvcrt.dll", "_vsnwprintf", reinterpret_cast<void*>(&FailingFormatter));
+    tavtest::ImportHook counter(self, "msvcrt.dll", "_vscwprintf", reinterpret_cast<void*>(&FailingCounter));
+    ASSERT_TRUE(formatter.installed());  // the counter is imported only by a formatter that asks it
+    formatterCalls.clear();
+    Str s;
+    s.Format(L"ab%hs", "x");
+    EXPECT_EQ(s, L"ab");
+    EXPECT_EQ(s.GetLength(), 2);
+    EXPECT_EQ(formatterCalls, std::vector<size_t>{2048});  // no larger buffer is tried
 }
 
 }  // namespace

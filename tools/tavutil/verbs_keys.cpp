@@ -109,8 +109,15 @@ int RunKeys(const cli::Args& arguments) {
     }
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
-    SKERR sent = SendKeysPaced(script.c_str(), static_cast<DWORD>(perKey));
-    cli::OutLine(ResultLine(sent == SKERR_NONE ? parsed : sent));
+    // SendKeys keeps the run's result to itself: the verb runs the same stages (the shortcuts of SendKeys
+    // aside) to report what the run did. A run that answers 0 for a script that does not parse stopped
+    // after its command words: every command word is itself a brace item that does not parse.
+    bool shortcut = script == L"^C" || script == L"^c" || script == L"^V" || script == L"^v" ||
+                    script == L"^X" || script == L"^x";
+    DWORD pace = static_cast<DWORD>(perKey);
+    SKERR ran = shortcut ? SendKeysPaced(script.c_str(), pace) : tav::keys::RunKeyScript(script.c_str(), pace);
+    bool commandsDone = ran == SKERR_NONE && parsed != SKERR_NONE;
+    cli::OutLine(commandsDone ? std::wstring(L"result: command words carried out") : ResultLine(ran));
     if (show) {
         Sleep(300);
         cli::OutLine(L"the focused window shows: \"" + FocusedText() + L"\"");
@@ -120,7 +127,7 @@ int RunKeys(const cli::Args& arguments) {
         SendKeys_ReleaseAll();
         cli::OutLine(L"released " + std::to_wstring(held) + L" held keys at exit");
     }
-    return sent == SKERR_NONE && parsed == SKERR_NONE ? 0 : 1;
+    return ran == SKERR_NONE ? 0 : 1;
 }
 
 // --delay waits before typing (time to bring the target to the front), as for keys; --per-key paces it.

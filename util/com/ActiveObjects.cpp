@@ -17,6 +17,9 @@ constexpr UINT kWriteAndBroadcast = SPIF_UPDATEINIFILE | SPIF_SENDCHANGE;
 constexpr int kForegroundAttempts = 5;
 constexpr DWORD kRetryPauseMs = 200;
 constexpr DWORD kIdleWaitMs = 500;
+// The all-access mask of the systems the suite was first built for. The headers' PROCESS_ALL_ACCESS is
+// 0x1FFFFF for this build's target version; the wait keeps asking for the older, settled mask.
+constexpr DWORD kProcessAllAccess = 0x1F0FFF;
 
 // The class identifier of a ProgID; a null ProgID becomes a null BSTR, which CLSIDFromProgID rejects.
 HRESULT ClsidFromProgId(const wchar_t* progId, CLSID* clsid) {
@@ -30,7 +33,7 @@ void WaitForWindowOwner(HWND window) {
     SendMessageW(window, WM_NULL, 0, 0);
     DWORD processId = 0;
     GetWindowThreadProcessId(window, &processId);
-    tav::UniqueHandle process(OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId));
+    tav::UniqueHandle process(OpenProcess(kProcessAllAccess, FALSE, processId));
     WaitForInputIdle(process.get(), kIdleWaitMs);
 }
 

@@ -44,7 +44,8 @@ TAVUTIL_API CComPtr<IDispatch> FindInROT(const wchar_t* progId);
 // Property reads (DISPATCH_PROPERTYGET, no arguments). The value is taken out of the result without
 // looking at its type: GetPropLong reads the 32-bit member, GetPropBool is true only when the 16-bit member
 // is 0xFFFF (VARIANT_TRUE), GetDisp takes the object member (with a reference of its own), GetPropW copies
-// the string member.
+// the string member. A value whose type holds no pointer (empty, null, a number, currency, date, error or
+// boolean) gives GetPropW "" and GetDisp an empty pointer.
 TAVUTIL_API long GetPropLong(CComQIPtr<IDispatch>& object, const wchar_t* name);
 TAVUTIL_API bool GetPropBool(CComQIPtr<IDispatch>& object, const wchar_t* name);
 TAVUTIL_API CComPtr<IDispatch> GetDisp(CComQIPtr<IDispatch>& object, const wchar_t* name);

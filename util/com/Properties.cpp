@@ -62,6 +62,21 @@ CStdStr<wchar_t> TypeNameOf(IDispatch* object) {
     return CStdStr<wchar_t>(name.get());
 }
 
+// Values whose type holds no pointer: empty and null, the integers, reals, currency, date, error code,
+// boolean and decimal. GetPropW and GetDisp read such a value as nothing: taking its number for a
+// pointer could only crash the host. Every other type is read without a check, as it always was.
+bool HoldsNoPointer(VARTYPE type) {
+    switch (type) {
+    case VT_EMPTY: case VT_NULL:
+    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_INT:
+    case VT_UI1: case VT_UI2: case VT_UI4: case VT_UI8: case VT_UINT:
+    case VT_R4: case VT_R8: case VT_CY: case VT_DATE: case VT_ERROR: case VT_BOOL: case VT_DECIMAL:
+        return true;
+    default:
+        return false;
+    }
+}
+
 }  // namespace
 
 long GetPropLong(CComQIPtr<IDispatch>& object, const wchar_t* name) {
@@ -80,14 +95,14 @@ bool GetPropBool(CComQIPtr<IDispatch>& object, const wchar_t* name) {
 
 CComPtr<IDispatch> GetDisp(CComQIPtr<IDispatch>& object, const wchar_t* name) {
     tav::UniqueVariant value;
-    if (!ReadProperty(object, name, value))
+    if (!ReadProperty(object, name, value) || HoldsNoPointer(value->vt))
         return {};
     return CComPtr<IDispatch>(value->pdispVal);  // a reference of its own before the VARIANT is cleared
 }
 
 CStdStr<wchar_t> GetPropW(CComQIPtr<IDispatch>& object, const wchar_t* name) {
     tav::UniqueVariant value;
-    if (!ReadProperty(object, name, value))
+    if (!ReadProperty(object, name, value) || HoldsNoPointer(value->vt))
         return {};
     tav::UniqueBstr copy(SysAllocStringLen(value->bstrVal, SysStringLen(value->bstrVal)));
     return CStdStr<wchar_t>(copy.get());

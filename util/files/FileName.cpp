@@ -22,6 +22,15 @@ CStdStr<wchar_t> Compose(const wchar_t* drive, const wchar_t* dir, const wchar_t
     return CStdStr<wchar_t>(std::move(out));
 }
 
+// The drive and directory of `path` composed with `file` and `ext`. A path whose split fails has no
+// drive or directory to keep: the result is empty rather than a name relative to the current folder.
+CStdStr<wchar_t> ComposeInFolderOf(const std::wstring& path, const wchar_t* file, const wchar_t* ext) {
+    PathParts parts;
+    if (!tav::files::SplitPath(path, parts))
+        return {};
+    return Compose(parts.drive.c_str(), parts.dir.c_str(), file, ext);
+}
+
 // The module's file name as the loader reports it, cut at the platform's path size.
 std::wstring ModulePath(HINSTANCE module) {
     wchar_t buffer[MAX_PATH] = L"";
@@ -33,10 +42,8 @@ std::wstring ModulePath(HINSTANCE module) {
 
 CFileName::CFileName() : CFileName(ExeInstance, nullptr, nullptr) {}
 
-CFileName::CFileName(HINSTANCE module, const wchar_t* file, const wchar_t* ext) {
-    PathParts parts = Parts(ModulePath(module));
-    m_path = Compose(parts.drive.c_str(), parts.dir.c_str(), file, ext);
-}
+CFileName::CFileName(HINSTANCE module, const wchar_t* file, const wchar_t* ext)
+    : m_path(ComposeInFolderOf(ModulePath(module), file, ext)) {}
 
 CFileName::CFileName(const wchar_t* path) : m_path(path) {}
 
@@ -60,9 +67,8 @@ CFileName& CFileName::operator=(const CFileName& other) {
 }
 
 CFileName CFileName::FromPathAndFile(const wchar_t* path, const wchar_t* file, const wchar_t* ext) {
-    PathParts parts = Parts(CStdStr<wchar_t>(path));
     CFileName result;
-    result.m_path = Compose(parts.drive.c_str(), parts.dir.c_str(), file, ext);
+    result.m_path = ComposeInFolderOf(CStdStr<wchar_t>(path), file, ext);
     return result;
 }
 
@@ -129,8 +135,7 @@ void CFileName::Split(CStdStr<wchar_t>& path, CStdStr<wchar_t>& file) {
 }
 
 void CFileName::SetFilename(const wchar_t* file, const wchar_t* ext) {
-    PathParts parts = Parts(m_path);
-    m_path = Compose(parts.drive.c_str(), parts.dir.c_str(), file, ext);
+    m_path = ComposeInFolderOf(m_path, file, ext);
 }
 
 void CFileName::AppendDirectory(const wchar_t* dir) {
@@ -145,6 +150,9 @@ void CFileName::AppendDirectory(const wchar_t* dir) {
 // The result is non-zero only when the directory was created by this call: a directory that exists
 // already gives 0 (the climb reaches the drive, where creation fails and no backslash remains). Hosts
 // that need "exists afterwards" test Exists() first; this result is settled and kept.
+//
+// Without a drive letter (`\\host\share\...`, `\x\...`) the climb ends at a lone backslash, which is
+// not stripped and is its own parent: the climb stops where the parent is no shorter than the folder.
 int CFileName::CreateDirectoryW(int recursive) {
     CStdStr<wchar_t> dir = GetPath();
     StripTrailingBackslash(dir);
@@ -153,6 +161,8 @@ int CFileName::CreateDirectoryW(int recursive) {
         return created;
     size_t lastBackslash = dir.rfind(L'\\');
     if (lastBackslash == std::wstring::npos)
+        return 0;
+    if (lastBackslash + 1 >= dir.size())
         return 0;
     CFileName parent(dir.substr(0, lastBackslash + 1).c_str());
     if (parent.CreateDirectoryW(1) == 0)

@@ -26,7 +26,8 @@ public:
         return true;
     }
     int Count() const { return count_; }
-    WORD At(int index) const { return entries_[index]; }
+    // The entry at `index`, or 0 (no key) for an index outside 0 .. Count() - 1.
+    WORD At(int index) const { return index >= 0 && index < count_ ? entries_[index] : 0; }
 
     void Rewind() { read_ = 0; }
     // The next unread entry; false when all are read.
@@ -69,7 +70,8 @@ public:
         return true;
     }
     int Count() const { return count_; }
-    WORD At(int index) const { return codes_[index]; }
+    // The code at `index`, or 0 (no key) for an index outside 0 .. Count() - 1.
+    WORD At(int index) const { return index >= 0 && index < count_ ? codes_[index] : 0; }
 
 private:
     WORD codes_[kCapacity] = {};

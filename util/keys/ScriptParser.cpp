@@ -173,12 +173,13 @@ private:
     // A key as VkKeyScanW encodes it: the shift-state byte's Shift, Control and Alt around the key,
     // pressed in that order and released in the same order (not mirrored; intended). A character that
     // no key produces (0xFFFF) therefore gives Shift, Control and Alt around key 0xFF, as it always has.
-    // A negative count repeats until the queue is full.
+    // A negative count repeats until the queue is full; the countdown is wider than the count so that
+    // the most negative count does not overflow on its first step.
     SKERR AppendKey(WORD code, int count) {
         BYTE shiftState = HIBYTE(code);
         if (SKERR e = AppendShiftState(shiftState))
             return e;
-        for (int left = count; left != 0; --left)
+        for (long long left = count; left != 0; --left)
             if (SKERR e = Append(LOBYTE(code)))
                 return e;
         return AppendShiftState(shiftState);

@@ -9,6 +9,7 @@
 #include <windows.h>
 
 #include <cstdarg>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -183,11 +184,20 @@ inline void CStdStr<wchar_t>::FormatV(const wchar_t* format, va_list args) {
         buffer.assign(static_cast<size_t>(size), L'\0');
         va_list attempt;
         va_copy(attempt, args);
-        // -1: the text did not fit in size - 1 units.
+        // -1: the text did not fit in size - 1 units, or a conversion failed.
         int written = _vsnwprintf(buffer.data(), static_cast<size_t>(size - 1), format, attempt);
         va_end(attempt);
         if (written >= 0) {
             Base::assign(buffer.data(), static_cast<size_t>(written));
+            return;
+        }
+        va_copy(attempt, args);
+        bool conversionFailed = _vscwprintf(format, attempt) < 0;
+        va_end(attempt);
+        if (conversionFailed) {
+            // A larger buffer cannot help: the text formatted before the failing conversion is kept, up
+            // to its first NUL, and none of the buffer's padding.
+            Base::assign(buffer.data());
             return;
         }
     }

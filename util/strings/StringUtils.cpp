@@ -48,7 +48,9 @@ std::list<CStdStr<wchar_t>> StringCut(const CStdStr<wchar_t>& text, int width) {
         }
         // The first word is longer than the width: abbreviate it and drop the rest of the word.
         // Widths of 3 or less leave no room for text: the piece is then only the mark.
-        const size_t kept = width - kAbbreviationLength < 0 ? 0 : static_cast<size_t>(width - kAbbreviationLength);
+        // In 64 bits: the most negative width must not overflow.
+        const long long room = static_cast<long long>(width) - kAbbreviationLength;
+        const size_t kept = room < 0 ? 0 : static_cast<size_t>(room);
         AppendPiece(pieces, CStdStr<wchar_t>(units + begin, kept) + kAbbreviation);
         if (firstSeparator == length)
             return pieces;

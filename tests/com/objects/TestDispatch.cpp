@@ -6,7 +6,7 @@ namespace comtest {
 
 namespace {
 
-enum : DISPID { kName = 1, kIntOne, kBoolOne, kBoolTrue, kIntFFFF, kCount, kFlag, kChild };
+enum : DISPID { kName = 1, kIntOne, kBoolOne, kBoolTrue, kIntFFFF, kCount, kFlag, kChild, kReal, kNull, kPrice };
 
 struct Property {
     const wchar_t* name;
@@ -14,7 +14,8 @@ struct Property {
 };
 constexpr Property kProperties[] = {{L"Name", kName},       {L"IntOne", kIntOne}, {L"BoolOne", kBoolOne},
                                     {L"BoolTrue", kBoolTrue}, {L"IntFFFF", kIntFFFF}, {L"Count", kCount},
-                                    {L"Flag", kFlag},       {L"Child", kChild}};
+                                    {L"Flag", kFlag},       {L"Child", kChild},   {L"Real", kReal},
+                                    {L"Null", kNull},       {L"Price", kPrice}};
 
 }  // namespace
 
@@ -110,6 +111,9 @@ HRESULT TestDispatch::Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPP
     case kIntFFFF: result->vt = VT_I4, result->lVal = 0xFFFF; return S_OK;
     case kCount: result->vt = VT_I4, result->lVal = 42; return S_OK;
     case kFlag: result->vt = VT_BOOL, result->boolVal = flag_ ? VARIANT_TRUE : VARIANT_FALSE; return S_OK;
+    case kReal: result->vt = VT_R8, result->dblVal = 1.5; return S_OK;
+    case kNull: result->vt = VT_NULL; return S_OK;
+    case kPrice: result->vt = VT_CY, result->cyVal.int64 = 0x123456789ABCLL; return S_OK;
     case kChild:
         result->vt = VT_DISPATCH;
         result->pdispVal = Child();

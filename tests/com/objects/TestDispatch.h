@@ -14,7 +14,8 @@ class TestDispatch final : public IDispatch {
 public:
     // Properties by name: "Name" (VT_BSTR: the name given here), "IntOne" (VT_I4 1), "BoolOne" (VT_BOOL
     // holding 1), "BoolTrue" (VT_BOOL VARIANT_TRUE), "IntFFFF" (VT_I4 0xFFFF), "Count" (VT_I4 42),
-    // "Flag" (VT_BOOL, writable), "Child" (VT_DISPATCH: a second TestDispatch named "child").
+    // "Flag" (VT_BOOL, writable), "Child" (VT_DISPATCH: a second TestDispatch named "child"), "Real" (VT_R8
+    // 1.5), "Null" (VT_NULL), "Price" (VT_CY 0x123456789ABC).
     // Without `offersDispatch` the object answers only IUnknown.
     explicit TestDispatch(std::wstring name, bool offersDispatch = true);
 

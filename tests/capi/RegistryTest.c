@@ -1,0 +1,281 @@
+/* The registry key and the typed settings store, under a key of the test's own. */
+#include "CTests.h"
+
+#define TEST_KEY L"Software\\TavUtilCapiTest"
+
+static int32_t subkeys(tav_registry key, wchar_t* buffer, size_t capacity, size_t* needed) {
+    return tav_registry_subkeys(key, buffer, capacity, needed);
+}
+
+void test_registry(void) {
+    tav_registry key;
+    tav_registry sub;
+    uint32_t type = 0;
+    uint32_t size = 0;
+    uint32_t value = 0x12345678;
+    uint32_t read = 0;
+    wchar_t* out;
+    wchar_t long_value[2001];
+    int i;
+
+    RegDeleteTreeW(HKEY_CURRENT_USER, TEST_KEY);
+    key = tav_registry_create();
+    EXPECT_TRUE(key != NULL);
+    EXPECT_INT(0, tav_registry_is_valid(key));
+    EXPECT_INT(2, tav_registry_open(key, TAV_HKEY_CURRENT_USER, TEST_KEY, 1)); /* read-only never creates */
+    EXPECT_INT(0, tav_registry_open(key, TAV_HKEY_CURRENT_USER, TEST_KEY, 0));
+    EXPECT_INT(1, tav_registry_is_valid(key));
+
+    EXPECT_INT(0, tav_registry_write_string(key, L"text", L"written from C"));
+    CHECK_TEXT(0, L"written from C", tav_registry_read_string, key, L"text");
+    CHECK_TEXT(1, L"", tav_registry_read_string, key, L"missing");
+    for (i = 0; i < 2000; ++i)
+        long_value[i] = (wchar_t)(L'a' + i % 26);
+    long_value[2000] = 0;
+    EXPECT_INT(0, tav_registry_write_string(key, L"long", long_value));
+    CHECK_TEXT(0, long_value, tav_registry_read_string, key, L"long");
+
+    EXPECT_INT(0, tav_registry_set_value(key, L"number", REG_DWORD, &value, 4));
+    EXPECT_INT(0, tav_registry_query_value(key, L"number", &type, NULL, &size));
+    EXPECT_INT(REG_DWORD, type);
+    EXPECT_INT(4, size);
+    EXPECT_INT(0, tav_registry_query_value(key, L"number", &type, &read, &size));
+    EXPECT_INT(0x12345678, read);
+    size = 2;
+    EXPECT_INT(ERROR_MORE_DATA, tav_registry_query_value(key, L"number", &type, &read, &size));
+    EXPECT_INT(2, tav_registry_query_value(key, L"absent", &type, NULL, &size));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_registry_set_value(key, L"number", REG_DWORD, NULL, 4));
+    EXPECT_INT(0, tav_registry_delete_value(key, L"number"));
+    EXPECT_INT(2, tav_registry_delete_value(key, L"number"));
+
+    sub = tav_registry_create();
+    EXPECT_INT(0, tav_registry_open(sub, TAV_HKEY_CURRENT_USER, TEST_KEY L"\\one", 0));
+    EXPECT_INT(0, tav_registry_open(sub, TAV_HKEY_CURRENT_USER, TEST_KEY L"\\two", 0));
+    EXPECT_INT(0, tav_registry_close(sub));
+    EXPECT_INT(6, tav_registry_close(sub));
+    tav_registry_destroy(sub);
+    CHECK_OUT(out, 2, L"one\0two\0", 9, subkeys, key);
+    kit_release(out);
+    EXPECT_INT(0, tav_registry_delete_key(key, L"one"));
+    EXPECT_INT(0, tav_registry_delete_key(key, L"two"));
+    CHECK_OUT(out, 0, L"\0", 2, subkeys, key);
+    kit_release(out);
+
+    EXPECT_INT(0, tav_registry_close(key));
+    EXPECT_INT(0, tav_registry_is_valid(key));
+    EXPECT_INT(6, tav_registry_write_string(key, L"text", L"x"));
+    EXPECT_INT(6, tav_registry_delete_value(key, L"text"));
+    CHECK_OUT(out, 0, L"\0", 2, subkeys, key);
+    kit_release(out);
+
+    /* The 32-bit view is found by a read-only open. */
+    {
+        HKEY handle;
+        if (RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\TavUtilCapiTest32", 0, NULL, 0,
+                            KEY_ALL_ACCESS | KEY_WOW64_32KEY, NULL, &handle, NULL) == 0)
+            RegCloseKey(handle);
+        EXPECT_INT(0, tav_registry_open(key, TAV_HKEY_CURRENT_USER, L"Software\\TavUtilCapiTest32", 1));
+        EXPECT_INT(0, tav_registry_close(key));
+        RegDeleteKeyExW(HKEY_CURRENT_USER, L"Software\\TavUtilCapiTest32", KEY_WOW64_32KEY, 0);
+    }
+
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_open(NULL, TAV_HKEY_CURRENT_USER, TEST_KEY, 1));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_registry_open(key, TAV_HKEY_CURRENT_USER, NULL, 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_close(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_is_valid(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_read_string(NULL, L"x", NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_registry_read_string(key, NULL, NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_registry_read_string(key, L"x", NULL, 3, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_write_string(NULL, L"x", L"y"));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_registry_write_string(key, L"x", NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_query_value(NULL, L"x", NULL, NULL, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_set_value(NULL, L"x", REG_SZ, L"", 2));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_delete_value(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_delete_key(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_registry_delete_key(key, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_registry_subkeys(NULL, NULL, 0, NULL));
+    tav_registry_destroy(key);
+    tav_registry_destroy(NULL);
+    RegDeleteTreeW(HKEY_CURRENT_USER, TEST_KEY);
+}
+
+static int32_t current_path(tav_settings settings, wchar_t* buffer, size_t capacity, size_t* needed) {
+    return tav_settings_current_path(settings, buffer, capacity, needed);
+}
+
+void test_settings(void) {
+    tav_settings settings = tav_settings_create();
+    tav_hkey root = NULL;
+    uint32_t dword = 0;
+    int32_t number = 0;
+    double real = 0;
+    tav_date_time when = {45123.75, 0, 0};
+    tav_date_time fallback = {1.5, 1, 0};
+    tav_date_time read_when;
+    tav_rect rect = {1, 2, 300, 400};
+    tav_rect read_rect;
+    tav_point point = {-5, 7};
+    tav_point read_point;
+    tav_size size = {640, 480};
+    tav_size read_size;
+    tav_logfont font;
+    tav_logfont read_font;
+    unsigned char bytes[16];
+    wchar_t too_long[300];
+    int i;
+
+    RegDeleteTreeW(HKEY_CURRENT_USER, TEST_KEY);
+    EXPECT_TRUE(settings != NULL);
+    EXPECT_TRUE(tav_settings_set_root(settings, TAV_HKEY_CURRENT_USER) != 0);
+    EXPECT_INT(0, tav_settings_set_root(settings, (tav_hkey)(intptr_t)5));
+    EXPECT_INT(TAV_OK, tav_settings_get_root(settings, &root));
+    EXPECT_TRUE(root == TAV_HKEY_CURRENT_USER);
+    EXPECT_TRUE(tav_settings_create_key(settings, TEST_KEY L"\\settings") != 0);
+    CHECK_TEXT(TAV_OK, TEST_KEY L"\\settings", current_path, settings);
+    EXPECT_TRUE(tav_settings_path_is_valid(settings) != 0);
+
+    EXPECT_TRUE(tav_settings_write_string(settings, L"s", L"settings text") != 0);
+    CHECK_TEXT(TAV_OK, L"settings text", tav_settings_read_string, settings, L"s", L"default");
+    CHECK_TEXT(TAV_OK, L"default", tav_settings_read_string, settings, L"missing", L"default");
+    for (i = 0; i < 299; ++i)
+        too_long[i] = L'x';
+    too_long[299] = 0;
+    EXPECT_INT(0,
+               tav_settings_write_string(settings, L"long", too_long)); /* refused from 255 characters on */
+    EXPECT_INT(0, tav_settings_value_exists(settings, L"long"));
+
+    EXPECT_TRUE(tav_settings_write_dword(settings, L"dw", 0xCAFEF00Du) != 0);
+    EXPECT_INT(TAV_OK, tav_settings_read_dword(settings, L"dw", 1, &dword));
+    EXPECT_INT(0xCAFEF00Du, dword);
+    EXPECT_TRUE(tav_settings_write_int(settings, L"i", -42) != 0);
+    EXPECT_INT(TAV_OK, tav_settings_read_int(settings, L"i", 1, &number));
+    EXPECT_INT(-42, number);
+    EXPECT_INT(REG_BINARY, tav_settings_data_type(settings, L"i")); /* an int is binary, on purpose */
+    EXPECT_INT(REG_DWORD, tav_settings_data_type(settings, L"dw"));
+    EXPECT_INT(4, tav_settings_data_size(settings, L"i"));
+    EXPECT_INT(-1, tav_settings_data_size(settings, L"missing"));
+    EXPECT_TRUE(tav_settings_write_bool(settings, L"b", 1) != 0);
+    EXPECT_INT(TAV_OK, tav_settings_read_bool(settings, L"b", 0, &number));
+    EXPECT_INT(1, number);
+    EXPECT_TRUE(tav_settings_write_color(settings, L"c", 0x00FF8040u) != 0);
+    EXPECT_INT(TAV_OK, tav_settings_read_color(settings, L"c", 0, &dword));
+    EXPECT_INT(0x00FF8040u, dword);
+    EXPECT_TRUE(tav_settings_write_float(settings, L"f", 2.625) != 0);
+    EXPECT_INT(TAV_OK, tav_settings_read_float(settings, L"f", 0, &real));
+    EXPECT_TRUE(real == 2.625);
+    EXPECT_INT(TAV_OK, tav_settings_read_float(settings, L"missing", 9.5, &real));
+    EXPECT_TRUE(real == 9.5);
+    EXPECT_TRUE(tav_settings_write_date_time(settings, L"d", &when) != 0);
+    EXPECT_INT(16, tav_settings_data_size(settings, L"d"));
+    EXPECT_INT(TAV_OK, tav_settings_read_date_time(settings, L"d", &fallback, &read_when));
+    EXPECT_TRUE(memcmp(&when, &read_when, sizeof when) == 0);
+    EXPECT_INT(TAV_OK, tav_settings_read_date_time(settings, L"missing", &fallback, &read_when));
+    EXPECT_TRUE(memcmp(&fallback, &read_when, sizeof fallback) == 0);
+    EXPECT_TRUE(tav_settings_write_rect(settings, L"r", &rect) != 0);
+    EXPECT_INT(1, tav_settings_read_rect(settings, L"r", &read_rect));
+    EXPECT_TRUE(memcmp(&rect, &read_rect, sizeof rect) == 0);
+    EXPECT_INT(1, tav_settings_read_binary(settings, L"r", bytes, 16));
+    EXPECT_TRUE(memcmp(&rect, bytes, 16) == 0);
+    EXPECT_INT(0, tav_settings_read_rect(settings, L"missing", &read_rect));
+    EXPECT_TRUE(tav_settings_write_point(settings, L"p", &point) != 0);
+    EXPECT_INT(1, tav_settings_read_point(settings, L"p", &read_point));
+    EXPECT_TRUE(read_point.x == -5 && read_point.y == 7);
+    EXPECT_TRUE(tav_settings_write_size(settings, L"z", &size) != 0);
+    EXPECT_INT(1, tav_settings_read_size(settings, L"z", &read_size));
+    EXPECT_TRUE(read_size.cx == 640 && read_size.cy == 480);
+
+    memset(&font, 0, sizeof font);
+    font.height = -13;
+    font.weight = 700;
+    font.italic = 1;
+    wcscpy(font.face_name, L"Tahoma");
+    EXPECT_INT(92, sizeof(tav_logfont));
+    EXPECT_TRUE(tav_settings_write_font(settings, L"font", &font) != 0);
+    EXPECT_INT(92, tav_settings_data_size(settings, L"font"));
+    EXPECT_INT(1, tav_settings_read_font(settings, L"font", &read_font));
+    EXPECT_INT(-13, read_font.height);
+    EXPECT_INT(700, read_font.weight);
+    EXPECT_INT(1, read_font.italic);
+    EXPECT_TEXT(L"Tahoma", read_font.face_name);
+    EXPECT_INT(0, tav_settings_read_font(settings, L"missing", &read_font));
+
+    EXPECT_TRUE(tav_settings_value_exists(settings, L"s") != 0);
+    EXPECT_INT(11, tav_settings_value_count(settings));
+    EXPECT_INT(TAV_OK, tav_settings_rename_value(settings, L"s", L"t")); /* does nothing */
+    EXPECT_TRUE(tav_settings_value_exists(settings, L"s") != 0);
+    EXPECT_TRUE(tav_settings_delete_value(settings, L"s") != 0);
+    EXPECT_INT(0, tav_settings_value_exists(settings, L"s"));
+
+    EXPECT_INT(1, tav_settings_lazy_write(settings));
+    EXPECT_INT(TAV_OK, tav_settings_set_lazy_write(settings, 0));
+    EXPECT_INT(0, tav_settings_lazy_write(settings));
+    EXPECT_TRUE(tav_settings_create_key(settings, TEST_KEY L"\\settings\\child") != 0);
+    EXPECT_TRUE(tav_settings_set_key(settings, TEST_KEY L"\\settings", 0) != 0);
+    EXPECT_INT(1, tav_settings_subkey_count(settings));
+    CHECK_TEXT(1, L"child", tav_settings_subkey_name, settings, 0);
+    CHECK_TEXT(0, L"", tav_settings_subkey_name, settings, 5);
+    EXPECT_TRUE(tav_settings_key_exists(settings, TEST_KEY L"\\settings\\child", NULL) != 0);
+    EXPECT_INT(0, tav_settings_key_exists(settings, TEST_KEY L"\\nothing", TAV_HKEY_CURRENT_USER));
+    EXPECT_TRUE(tav_settings_delete_key(settings, TEST_KEY L"\\settings\\child") != 0);
+    EXPECT_INT(0, tav_settings_set_key(settings, TEST_KEY L"\\absent", 0));
+    EXPECT_INT(2, tav_settings_last_status(settings));
+    EXPECT_TRUE(tav_settings_clear_key(settings) != 0);
+    CHECK_TEXT(TAV_OK, L"", current_path, settings);
+
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_set_root(NULL, TAV_HKEY_CURRENT_USER));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_get_root(NULL, &root));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_get_root(settings, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_create_key(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_create_key(settings, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_set_key(NULL, L"x", 0));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_clear_key(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_path_is_valid(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_current_path(NULL, NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_key_exists(NULL, L"x", NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_delete_key(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_delete_value(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_value_exists(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_data_size(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_data_type(NULL, L"x"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_subkey_count(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_value_count(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_subkey_name(NULL, 0, NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_rename_value(NULL, L"a", L"b"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_set_lazy_write(NULL, 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_lazy_write(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_last_status(NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_string(NULL, L"x", L"d", NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_read_string(settings, L"x", NULL, NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_dword(NULL, L"x", 0, &dword));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_read_dword(settings, L"x", 0, NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_int(NULL, L"x", 0, &number));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_bool(NULL, L"x", 0, &number));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_color(NULL, L"x", 0, &dword));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_float(NULL, L"x", 0, &real));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_read_date_time(settings, L"x", NULL, &read_when));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_date_time(NULL, L"x", &fallback, &read_when));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_read_binary(settings, L"x", NULL, 4));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_binary(NULL, L"x", bytes, 4));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_rect(NULL, L"x", &read_rect));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_point(NULL, L"x", &read_point));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_size(NULL, L"x", &read_size));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_read_font(settings, L"x", NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_read_font(NULL, L"x", &read_font));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_string(NULL, L"x", L"y"));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_dword(NULL, L"x", 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_int(NULL, L"x", 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_bool(NULL, L"x", 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_color(NULL, L"x", 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_float(NULL, L"x", 1));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_date_time(NULL, L"x", &when));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_write_date_time(settings, L"x", NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_rect(NULL, L"x", &rect));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_write_rect(settings, L"x", NULL));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_point(NULL, L"x", &point));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_size(NULL, L"x", &size));
+    EXPECT_INT(TAV_E_NULL_HANDLE, tav_settings_write_font(NULL, L"x", &font));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_settings_write_font(settings, NULL, &font));
+    tav_settings_destroy(settings);
+    tav_settings_destroy(NULL);
+    RegDeleteTreeW(HKEY_CURRENT_USER, TEST_KEY);
+}

@@ -1,0 +1,21 @@
+// Inputs that once failed a driver, kept as rows that every pass runs first. A failing input's row is
+// printed by the harness and written to fuzz-failures.txt; paste it here when its defect is fixed.
+#pragma once
+
+#include "Fuzz.h"
+
+namespace fuzz {
+
+inline const Row kRegressionRows[] = {
+    // Path without a drive letter whose folder cannot be created: the climb once never ended.
+    {"filename", L"\\tav<bad>\\d\\f.txt", 0},
+    {"mkdir", L"\\\\tav<bad>\\share\\d\\f.txt", 1},
+    // A composition in a path with an overlong part once gave a name relative to the current folder.
+    {"filename", L"C:\\dir\\nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn.txt", 3},
+    // The most negative count once overflowed the repeat loop.
+    {"parser", L"{a -2147483648}", 0},
+    // A count of 47 digits overflowed the reference model's own sum (found on the hardened build).
+    {"parser", L"{a 61444444444444444444444444444444444444444444444}", 3685527550555363021ull},
+};
+
+}  // namespace fuzz

@@ -1,0 +1,227 @@
+// The C interface of automation, accounts and support information.
+#include "capi/TavUtilC.h"
+
+#include "capi/detail/Boundary.h"
+#include "com/ComUtils.h"
+#include "security/VxWindowsPermissionsUtils.h"
+#include "support/SWandDeviceInfo.h"
+
+#include <cstring>
+
+using namespace tav::capi;
+
+static_assert(sizeof(tav_guid) == sizeof(GUID), "tav_guid is a GUID");
+
+namespace {
+
+// The host's object as the IDispatch the C++ functions take (asked for with QueryInterface).
+CComQIPtr<IDispatch> Dispatch(void* object) {
+    return CComQIPtr<IDispatch>(static_cast<IUnknown*>(object));
+}
+
+// Hands the smart pointer's reference to the caller: 1 and the pointer, or 0 and null.
+template <typename Pointer> int32_t GiveOut(Pointer& pointer, void** object) {
+    IUnknown* raw = pointer.p;
+    if (raw != nullptr)
+        raw->AddRef();
+    *object = raw;
+    return raw != nullptr ? 1 : 0;
+}
+
+// The trigger object of the suite, answered by the host's callbacks.
+class CallbackTrigger : public ITrigger, private ITriggerDevice {
+public:
+    explicit CallbackTrigger(const tav_trigger& callbacks) : m_callbacks(callbacks) {}
+
+    ITriggerDevice* GetCurrentDevice() override {
+        const bool inUse =
+            m_callbacks.has_device != nullptr && m_callbacks.has_device(m_callbacks.context) != 0;
+        return inUse ? this : nullptr;
+    }
+
+private:
+    int GetDeviceKind() const override {
+        return m_callbacks.device_kind ? m_callbacks.device_kind(m_callbacks.context) : 0;
+    }
+    unsigned int GetDeviceNumber() const override {
+        return m_callbacks.device_number ? m_callbacks.device_number(m_callbacks.context) : 0;
+    }
+
+    tav_trigger m_callbacks;
+};
+
+bool IsGroup(int32_t group) {
+    return group >= VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS &&
+           group <= VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS_OR_POWER_USERS;
+}
+
+} // namespace
+
+extern "C" {
+
+int32_t tav_com_release(void* object) {
+    if (object == nullptr)
+        return TAV_E_NULL_HANDLE;
+    static_cast<IUnknown*>(object)->Release();
+    return TAV_OK;
+}
+
+int32_t tav_com_try_get_active_object(const tav_guid* clsid, void** object) {
+    return Guarded([&]() -> int32_t {
+        if (clsid == nullptr || object == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        GUID id;
+        std::memcpy(&id, clsid, sizeof id);
+        IUnknown* found = nullptr;
+        const long result = ComUtils::TryToGetActiveObject(id, nullptr, &found);
+        *object = found;
+        return result;
+    });
+}
+
+int32_t tav_com_get_active_app(const wchar_t* prog_id, void** object) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto found = ComUtils::GetActiveAppDispatch(prog_id);
+        return GiveOut(found, object);
+    });
+}
+
+int32_t tav_com_get_app_dispatch(const wchar_t* prog_id, int32_t create_if_not_running, void** object) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto found = ComUtils::GetAppDispatch(prog_id, Flag(create_if_not_running));
+        return GiveOut(found, object);
+    });
+}
+
+int32_t tav_com_create_object(const wchar_t* prog_id, void** object) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto made = ComUtils::CreateObject(prog_id);
+        return GiveOut(made, object);
+    });
+}
+
+int32_t tav_com_find_in_rot(const wchar_t* prog_id, void** object) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto found = ComUtils::FindInROT(prog_id);
+        return GiveOut(found, object);
+    });
+}
+
+int32_t tav_com_get_prop_long(void* object, const wchar_t* name, int32_t* value) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_HANDLE;
+        if (value == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto dispatch = Dispatch(object);
+        *value = ComUtils::GetPropLong(dispatch, name);
+        return TAV_OK;
+    });
+}
+
+int32_t tav_com_get_prop_bool(void* object, const wchar_t* name, int32_t* value) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_HANDLE;
+        if (value == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto dispatch = Dispatch(object);
+        *value = ComUtils::GetPropBool(dispatch, name) ? 1 : 0;
+        return TAV_OK;
+    });
+}
+
+int32_t tav_com_get_disp(void* object, const wchar_t* name, void** value) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_HANDLE;
+        if (value == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        auto dispatch = Dispatch(object);
+        auto property = ComUtils::GetDisp(dispatch, name);
+        GiveOut(property, value);
+        return TAV_OK;
+    });
+}
+
+int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buffer, size_t capacity,
+                                size_t* needed) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_HANDLE;
+        if (BadBuffer(buffer, capacity))
+            return TAV_E_NULL_ARGUMENT;
+        auto dispatch = Dispatch(object);
+        return CopyText(ComUtils::GetPropW(dispatch, name), buffer, capacity, needed);
+    });
+}
+
+int32_t tav_com_set_prop_bool(void* object, const wchar_t* name, int32_t value) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_HANDLE;
+        auto dispatch = Dispatch(object);
+        return ComUtils::SetPropBool(dispatch, name, Flag(value)) ? 1 : 0;
+    });
+}
+
+int32_t tav_com_object_name(void* object, wchar_t* buffer, size_t capacity, size_t* needed) {
+    return Guarded([&]() -> int32_t {
+        if (object == nullptr)
+            return TAV_E_NULL_HANDLE;
+        if (BadBuffer(buffer, capacity))
+            return TAV_E_NULL_ARGUMENT;
+        const auto dispatch = Dispatch(object);
+        return CopyText(ComUtils::GetObjName(dispatch), buffer, capacity, needed);
+    });
+}
+
+int32_t tav_is_member_of(int32_t group, int32_t* is_member, int32_t verbose) {
+    return Guarded([&]() -> int32_t {
+        if (!IsGroup(group))
+            return TAV_E_UNKNOWN_ENUM;
+        static_assert(sizeof(int) == sizeof(int32_t), "int is 32 bits");
+        return VxWindowsPermissionsUtils().IsMemberOf(
+            static_cast<VxWindowsPermissionsUtils::enumQueryGroup>(group), reinterpret_cast<int*>(is_member),
+            verbose);
+    });
+}
+
+int32_t tav_is_administrator(void) {
+    return Guarded([]() -> int32_t { return VxWindowsPermissionsUtils::IsAdministrator() ? 1 : 0; });
+}
+
+int32_t tav_is_administrator_or_power_user(void) {
+    return Guarded(
+        []() -> int32_t { return VxWindowsPermissionsUtils::IsAdministratorOrPowerUser() ? 1 : 0; });
+}
+
+int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity, size_t* needed) {
+    return Guarded([&]() -> int32_t {
+        if (address == nullptr || BadBuffer(buffer, capacity))
+            return TAV_E_NULL_ARGUMENT;
+        return CopyText(CSWandDeviceInfo().search(address), buffer, capacity, needed);
+    });
+}
+
+int32_t tav_support_query_with_trigger(const wchar_t* address, const tav_trigger* trigger, wchar_t* buffer,
+                                       size_t capacity, size_t* needed) {
+    return Guarded([&]() -> int32_t {
+        if (address == nullptr || BadBuffer(buffer, capacity))
+            return TAV_E_NULL_ARGUMENT;
+        if (trigger == nullptr)
+            return CopyText(SWAndDeviceInfoImpl(nullptr).search(address), buffer, capacity, needed);
+        CallbackTrigger callbacks(*trigger);
+        return CopyText(SWAndDeviceInfoImpl(&callbacks).search(address), buffer, capacity, needed);
+    });
+}
+
+} // extern "C"

@@ -1,0 +1,66 @@
+// The rules every function of the C interface follows at its boundary: how text and lists are copied into
+// caller buffers, and how exceptions become result codes. Private to util/capi.
+#pragma once
+
+#include "capi/TavUtilC.h"
+#include "strings/StdStr.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <string>
+
+namespace tav::capi {
+
+// The C layer's codes as plain numbers, for conditional expressions that mix them with other results.
+constexpr int32_t kNullArgument = TAV_E_NULL_ARGUMENT;
+constexpr int32_t kNullHandle = TAV_E_NULL_HANDLE;
+
+// A null buffer is allowed only with capacity 0 (a size query).
+inline bool BadBuffer(const void* buffer, size_t capacity) {
+    return buffer == nullptr && capacity != 0;
+}
+
+// Copies `text` and its terminator when they fit, else writes nothing. `needed` (may be null) receives the
+// units the copy needs in both cases. TAV_OK or TAV_E_BUFFER_TOO_SMALL.
+int32_t CopyText(const std::wstring& text, wchar_t* buffer, size_t capacity, size_t* needed);
+// The items, each NUL-terminated, and one more NUL: by the same rule.
+int32_t CopyList(const std::list<CStdStr<wchar_t>>& items, wchar_t* buffer, size_t capacity, size_t* needed);
+// Two texts that are written both or neither.
+int32_t CopyTwo(const std::wstring& first, wchar_t* firstBuffer, size_t firstCapacity, size_t* firstNeeded,
+                const std::wstring& second, wchar_t* secondBuffer, size_t secondCapacity,
+                size_t* secondNeeded);
+// Raw bytes by the same rule, without a terminator.
+int32_t CopyBytes(const void* data, size_t size, void* buffer, size_t capacity, size_t* needed);
+
+// A function's own result once its text is out: the copy's failure wins.
+inline int32_t WithText(int32_t result, int32_t copied) {
+    return copied < 0 ? copied : result;
+}
+
+// The code for the exception being handled (call only inside a catch block).
+int32_t CurrentExceptionCode() noexcept;
+
+// Runs `body` (which returns int32_t) so that no exception leaves it.
+template <typename Body> int32_t Guarded(Body&& body) noexcept {
+    try {
+        return body();
+    } catch (...) {
+        return CurrentExceptionCode();
+    }
+}
+
+// Runs `body` (which returns a pointer or handle) so that no exception leaves it; null when one was thrown.
+template <typename Body> auto GuardedHandle(Body&& body) noexcept -> decltype(body()) {
+    try {
+        return body();
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+inline bool Flag(int32_t value) {
+    return value != 0;
+}
+
+} // namespace tav::capi
