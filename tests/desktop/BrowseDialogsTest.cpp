@@ -21,6 +21,19 @@ namespace {
 using desktoptest::DialogDriver;
 using desktoptest::TestWindow;
 
+// Where the folder dialog tests make their folders: the user's profile folder, which no other test program
+// writes in. The folder tree tells folders apart by their shell items, and a folder's item carries its
+// modification time: once another program makes or removes something in a folder on the way (the shared
+// temporary folder, while test programs run side by side), the items the tree holds no longer equal the
+// ones parsed from a path, and the dialog can neither preselect nor select a folder below it by path.
+std::wstring FolderDialogTestParent() {
+    wchar_t profile[MAX_PATH] = {};
+    const DWORD length = GetEnvironmentVariableW(L"USERPROFILE", profile, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH)
+        return {};  // the shared temporary folder
+    return std::wstring(profile) + L"\\";
+}
+
 // What the library handed to the common dialogs (the real dialogs still run).
 struct OpenFileCall {
     int count = 0;
@@ -102,7 +115,7 @@ protected:
         tavtest::PumpMessages();
     }
 
-    tavtest::TempDir temp_{L"tavbrowse"};
+    tavtest::TempDir temp_{L"tavbrowse", FolderDialogTestParent()};
     std::unique_ptr<tavtest::ImportHook> openFileHook_, folderHook_;
 };
 

@@ -67,12 +67,14 @@ std::wstring Widen(const std::string& text) {
     return out;
 }
 
-TempDir::TempDir(const std::wstring& hint) {
+TempDir::TempDir(const std::wstring& hint, const std::wstring& parent) {
     static std::atomic<unsigned> counter{0};
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
+    wchar_t temp[MAX_PATH] = {};
+    if (parent.empty())
+        GetTempPathW(MAX_PATH, temp);
+    const std::wstring base = parent.empty() ? std::wstring(temp) : parent;
     for (;;) {
-        std::wstring candidate = std::wstring(temp) + hint + L"-" + std::to_wstring(GetCurrentProcessId()) +
+        std::wstring candidate = base + hint + L"-" + std::to_wstring(GetCurrentProcessId()) +
                                  L"-" + std::to_wstring(counter++);
         if (CreateDirectoryW(candidate.c_str(), nullptr)) {
             path_ = candidate;

@@ -22,7 +22,9 @@ std::wstring Widen(const std::string& text);
 // A new, empty folder under %TEMP% (its name starts with `hint`), removed with its content on destruction.
 class TempDir {
 public:
-    explicit TempDir(const std::wstring& hint = L"tavtest");
+    // Made in `parent` (with its trailing backslash), by default in the temporary folder that every test
+    // program shares.
+    explicit TempDir(const std::wstring& hint = L"tavtest", const std::wstring& parent = {});
     ~TempDir();
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
