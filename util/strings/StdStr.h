@@ -179,16 +179,25 @@ inline void CStdStr<wchar_t>::FormatV(const wchar_t* format, va_list args) {
         clear();
         return;
     }
-    std::vector<wchar_t> buffer;
-    for (int size : kFormatBufferSizes) {
-        buffer.assign(static_cast<size_t>(size), L'\0');
+    // Most texts fit the first size: its buffer lives on the stack, so that a short Format allocates nothing
+    // but the string itself. Larger sizes go to the heap.
+    wchar_t firstBuffer[kFormatBufferSizes[0]] = {};
+    std::vector<wchar_t> largerBuffer;
+    wchar_t* buffer = firstBuffer;
+    int size = kFormatBufferSizes[0];
+    for (int candidate : kFormatBufferSizes) {
+        if (candidate != kFormatBufferSizes[0]) {
+            largerBuffer.assign(static_cast<size_t>(candidate), L'\0');
+            buffer = largerBuffer.data();
+            size = candidate;
+        }
         va_list attempt;
         va_copy(attempt, args);
         // -1: the text did not fit in size - 1 units, or a conversion failed.
-        int written = _vsnwprintf(buffer.data(), static_cast<size_t>(size - 1), format, attempt);
+        int written = _vsnwprintf(buffer, static_cast<size_t>(size - 1), format, attempt);
         va_end(attempt);
         if (written >= 0) {
-            Base::assign(buffer.data(), static_cast<size_t>(written));
+            Base::assign(buffer, static_cast<size_t>(written));
             return;
         }
         va_copy(attempt, args);
@@ -197,11 +206,11 @@ inline void CStdStr<wchar_t>::FormatV(const wchar_t* format, va_list args) {
         if (conversionFailed) {
             // A larger buffer cannot help: the text formatted before the failing conversion is kept, up
             // to its first NUL, and none of the buffer's padding.
-            Base::assign(buffer.data());
+            Base::assign(buffer);
             return;
         }
     }
-    Base::assign(buffer.data(), buffer.size() - 1);
+    Base::assign(buffer, static_cast<size_t>(size - 1));
 }
 
 // Concatenation: the result is always a CStdStr.
