@@ -48,16 +48,14 @@ struct Options {
 
 // The simple form: each turn times the side's operation as above, in microseconds per call. Before the
 // first pair each side runs once unmeasured, and `prepare` (if given) runs before every turn, untimed.
-Comparison Compare(const std::string& name, const std::function<void()>& library,
-                   const std::function<void()>& baseline, const Options& options,
-                   const std::function<void()>& prepare = nullptr);
+Comparison Compare(const std::string& name, const std::function<void()>& library, const std::function<void()>& baseline,
+                   const Options& options, const std::function<void()>& prepare = nullptr);
 
 // The phased form: each turn calls the side once and takes the phases it measured. One row per phase,
 // named "<name>: <phase>"; `goals` holds one goal per phase (0: none).
 std::vector<Comparison> ComparePhases(const std::string& name, const std::vector<std::string>& phaseNames,
-                                      const std::function<Phases()>& library,
-                                      const std::function<Phases()>& baseline, int pairs,
-                                      const std::vector<double>& goals);
+                                      const std::function<Phases()>& library, const std::function<Phases()>& baseline,
+                                      int pairs, const std::vector<double>& goals);
 
 // A row for a figure that is not a time ratio (a share of characters delivered, a growth factor): the
 // value with its spread, the goal as text, and whether it was met.

@@ -77,9 +77,8 @@ Spread SpreadOf(std::vector<double> values) {
 }
 
 std::vector<Comparison> ComparePhases(const std::string& name, const std::vector<std::string>& phaseNames,
-                                      const std::function<Phases()>& library,
-                                      const std::function<Phases()>& baseline, int pairs,
-                                      const std::vector<double>& goals) {
+                                      const std::function<Phases()>& library, const std::function<Phases()>& baseline,
+                                      int pairs, const std::vector<double>& goals) {
     const size_t phases = phaseNames.size();
     std::vector<std::vector<double>> libraryTimes(phases), baselineTimes(phases), ratios(phases);
     for (int pair = 0; pair < pairs; ++pair) {
@@ -104,9 +103,8 @@ std::vector<Comparison> ComparePhases(const std::string& name, const std::vector
     return comparisons;
 }
 
-Comparison Compare(const std::string& name, const std::function<void()>& library,
-                   const std::function<void()>& baseline, const Options& options,
-                   const std::function<void()>& prepare) {
+Comparison Compare(const std::string& name, const std::function<void()>& library, const std::function<void()>& baseline,
+                   const Options& options, const std::function<void()>& prepare) {
     auto timed = [&](const std::function<void()>& side) {
         return [&, side]() -> Phases {
             if (prepare)

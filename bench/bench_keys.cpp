@@ -45,8 +45,8 @@ HWND ShowTargetInFront() {
     wc.hInstance = GetModuleHandleW(nullptr);
     wc.lpszClassName = L"TavKeysBenchTarget";
     RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench keys", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400,
-                                  300, nullptr, nullptr, wc.hInstance, nullptr);
+    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench keys", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400, 300,
+                                  nullptr, nullptr, wc.hInstance, nullptr);
     for (int i = 0; i < 200 && GetForegroundWindow() != window; ++i) {
         SetForegroundWindow(window);
         Pump();
@@ -138,8 +138,9 @@ int main() {
     library.Turn();  // warm both paths once
     baseline.Turn();
     library.fewestDelivered = baseline.fewestDelivered = kCharacters;
-    bench::ComparePhases("SendKeys 1000 chars vs keybd_event loop", {"injection", "delivery"},
-                         [&] { return library.Turn(); }, [&] { return baseline.Turn(); }, kPairs, {1.05, 0});
+    bench::ComparePhases(
+        "SendKeys 1000 chars vs keybd_event loop", {"injection", "delivery"}, [&] { return library.Turn(); },
+        [&] { return baseline.Turn(); }, kPairs, {1.05, 0});
     bench::AddRow("SendKeys 1000 chars: delivered (fewest of all turns)", DeliveredText(library.fewestDelivered),
                   "100%", library.fewestDelivered == kCharacters);
     bench::AddRow("keybd_event loop: delivered (fewest of all turns)", DeliveredText(baseline.fewestDelivered), "-",

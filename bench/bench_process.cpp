@@ -33,8 +33,8 @@ HWND ShowWindowInFront() {
     wc.hInstance = GetModuleHandleW(nullptr);
     wc.lpszClassName = L"TavProcessBenchWindow";
     RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"process bench", WS_OVERLAPPEDWINDOW, 30, 30, 300, 200,
-                                  nullptr, nullptr, wc.hInstance, nullptr);
+    HWND window = CreateWindowExW(0, wc.lpszClassName, L"process bench", WS_OVERLAPPEDWINDOW, 30, 30, 300, 200, nullptr,
+                                  nullptr, wc.hInstance, nullptr);
     ShowWindow(window, SW_SHOW);
     for (int i = 0; i < 200 && GetForegroundWindow() != window; ++i) {
         SetForegroundWindow(window);
@@ -162,15 +162,16 @@ int main() {
         const std::wstring reported = variant.finder->GetForegroundProcessFullName(0);
         std::printf("%s reports: %ls (raw calls: %ls)\n", variant.name, reported.c_str(), variant.raw().c_str());
         if (reported != variant.raw())
-            std::printf("warning: %s and its raw calls disagree: the comparison is not like for like\n",
-                        variant.name);
+            std::printf("warning: %s and its raw calls disagree: the comparison is not like for like\n", variant.name);
         auto library = [&] { sink = sink + variant.finder->GetForegroundProcessFullName(0).size(); };
         options.goal = 1.2;
-        bench::Compare(std::string(variant.name) + " vs " + variant.rawName, library,
-                       [&] { sink = sink + variant.raw().size(); }, options);
+        bench::Compare(
+            std::string(variant.name) + " vs " + variant.rawName, library, [&] { sink = sink + variant.raw().size(); },
+            options);
         options.goal = 0;  // for reference only: a different, newer query
-        bench::Compare(std::string(variant.name) + " vs QueryFullProcessImageNameW", library,
-                       [&] { sink = sink + RawImageName().size(); }, options);
+        bench::Compare(
+            std::string(variant.name) + " vs QueryFullProcessImageNameW", library,
+            [&] { sink = sink + RawImageName().size(); }, options);
     }
     DestroyWindow(window);
     return bench::Finish();

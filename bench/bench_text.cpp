@@ -66,9 +66,8 @@ void RawType(const std::wstring& text) {
 // 1,000 UTF-16 units of mixed text: Latin with accents, the euro, CJK, an emoji (two units), script
 // characters, tabs and line breaks.
 std::wstring MixedText() {
-    const std::wstring words[] = {L"Gr\u00FC\u00DFe", L"caf\u00E9", L"\u20AC12", L"\u674E\u660E",
-                                  L"\U0001F600",      L"{+^%~}",    L"(a+b)",    L"\t",
-                                  L"plain",           L"\n"};
+    const std::wstring words[] = {L"Gr\u00FC\u00DFe", L"caf\u00E9", L"\u20AC12", L"\u674E\u660E", L"\U0001F600",
+                                  L"{+^%~}",          L"(a+b)",     L"\t",       L"plain",        L"\n"};
     std::wstring text;
     for (size_t i = 0; text.size() < 1000; ++i) {
         text += words[(i * 7) % 10];
@@ -118,8 +117,8 @@ int main() {
     wc.hInstance = GetModuleHandleW(nullptr);
     wc.lpszClassName = L"BenchTextCollector";
     RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
-                                  400, 200, nullptr, nullptr, wc.hInstance, nullptr);
+    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400, 200,
+                                  nullptr, nullptr, wc.hInstance, nullptr);
     SetForegroundWindow(window);
     SetFocus(window);
     PumpUntilReceived(0);
@@ -134,8 +133,9 @@ int main() {
     library.Turn();  // warm both paths once
     baseline.Turn();
     library.turns = library.whole = baseline.turns = baseline.whole = 0;
-    bench::ComparePhases("SendText 1000 mixed units vs SendInput loop", {"injection", "delivery"},
-                         [&] { return library.Turn(); }, [&] { return baseline.Turn(); }, 21, {0, 0});
+    bench::ComparePhases(
+        "SendText 1000 mixed units vs SendInput loop", {"injection", "delivery"}, [&] { return library.Turn(); },
+        [&] { return baseline.Turn(); }, 21, {0, 0});
     bench::AddRow("SendText 1000 mixed units: delivered whole", WholeText(library), "all",
                   library.whole == library.turns);
     bench::AddRow("SendInput loop: delivered whole", WholeText(baseline), "-", true);

@@ -17,8 +17,8 @@ void kit_expect_int(int line, const char* what, long long expected, long long ac
     ++g_checks;
     if (expected == actual)
         return;
-    snprintf(detail, sizeof detail, "expected %lld (0x%llx), got %lld (0x%llx)", expected,
-             (unsigned long long)expected, actual, (unsigned long long)actual);
+    snprintf(detail, sizeof detail, "expected %lld (0x%llx), got %lld (0x%llx)", expected, (unsigned long long)expected,
+             actual, (unsigned long long)actual);
     kit_fail(line, what, detail);
 }
 
@@ -39,8 +39,8 @@ static void print_units(const wchar_t* text, size_t units) {
     }
 }
 
-void kit_expect_units(int line, const char* what, const wchar_t* expected, size_t expected_units,
-                      const wchar_t* actual, size_t actual_units) {
+void kit_expect_units(int line, const char* what, const wchar_t* expected, size_t expected_units, const wchar_t* actual,
+                      size_t actual_units) {
     ++g_checks;
     if (expected_units == actual_units && memcmp(expected, actual, expected_units * sizeof(wchar_t)) == 0)
         return;
@@ -76,6 +76,4 @@ int kit_intact(const wchar_t* buffer, size_t units, int untouched) {
     return 1;
 }
 
-void kit_release(wchar_t* buffer) {
-    free(buffer);
-}
+void kit_release(wchar_t* buffer) { free(buffer); }

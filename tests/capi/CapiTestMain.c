@@ -31,9 +31,7 @@ static LRESULT CALLBACK main_proc(HWND window, UINT message, WPARAM w, LPARAM l)
     return DefWindowProcW(window, message, w, l);
 }
 
-static int edit_has_focus(void* edit) {
-    return GetForegroundWindow() == GetParent((HWND)edit);
-}
+static int edit_has_focus(void* edit) { return GetForegroundWindow() == GetParent((HWND)edit); }
 
 int wmain(int argc, wchar_t** argv) {
     HWND window;
@@ -56,10 +54,10 @@ int wmain(int argc, wchar_t** argv) {
         wc.lpszClassName = L"capi_main";
         RegisterClassW(&wc);
     }
-    window = CreateWindowExW(0, L"capi_main", L"capi test window", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50,
-                             480, 300, NULL, NULL, GetModuleHandleW(NULL), NULL);
-    edit = CreateWindowExW(0, L"Edit", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_AUTOVSCROLL, 10, 10,
-                           440, 240, window, NULL, GetModuleHandleW(NULL), NULL);
+    window = CreateWindowExW(0, L"capi_main", L"capi test window", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 480, 300,
+                             NULL, NULL, GetModuleHandleW(NULL), NULL);
+    edit = CreateWindowExW(0, L"Edit", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_AUTOVSCROLL, 10, 10, 440, 240,
+                           window, NULL, GetModuleHandleW(NULL), NULL);
     SetForegroundWindow(window);
     SetFocus(edit);
     wait_until(edit_has_focus, edit, 5000);

@@ -117,12 +117,8 @@ static int32_t has_device(void* context) {
     ++((device_facts*)context)->calls;
     return 1;
 }
-static int32_t device_kind(void* context) {
-    return ((device_facts*)context)->kind;
-}
-static uint32_t device_number(void* context) {
-    return ((device_facts*)context)->number;
-}
+static int32_t device_kind(void* context) { return ((device_facts*)context)->kind; }
+static uint32_t device_number(void* context) { return ((device_facts*)context)->number; }
 
 void test_accounts_and_support(void) {
     static const wchar_t* const addresses[] = {L"http://www.velmorax.com/support?x=1",
@@ -155,16 +151,16 @@ void test_accounts_and_support(void) {
         CHECK_TEXT(TAV_OK, ref_support_query(addresses[i]), tav_support_query, addresses[i]);
         CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], NULL), tav_support_query_with_trigger,
                    addresses[i], NULL);
-        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], &ref_mouse),
-                   tav_support_query_with_trigger, addresses[i], &trigger);
-        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], &ref_none),
-                   tav_support_query_with_trigger, addresses[i], &no_device);
+        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], &ref_mouse), tav_support_query_with_trigger,
+                   addresses[i], &trigger);
+        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], &ref_none), tav_support_query_with_trigger,
+                   addresses[i], &no_device);
     }
     EXPECT_TRUE(facts.calls > 0);
     facts.kind = 2;
     facts.number = 7;
-    CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[0], &ref_keyboard),
-               tav_support_query_with_trigger, addresses[0], &trigger);
+    CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[0], &ref_keyboard), tav_support_query_with_trigger,
+               addresses[0], &trigger);
     EXPECT_TRUE(ref_support_query(addresses[0])[0] == L'?');
     EXPECT_TRUE(ref_support_query(addresses[2])[0] == 0);
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_support_query(NULL, NULL, 0, NULL));

@@ -15,10 +15,9 @@ static int32_t application_name(int unused, wchar_t* buffer, size_t capacity, si
 
 /* A 44-byte header and 8 silent samples. */
 static void write_wave(const wchar_t* path) {
-    static const unsigned char header[44] = {'R', 'I', 'F',  'F',  44,  0,   0,    0,    'W', 'A', 'V',
-                                             'E', 'f', 'm',  't',  ' ', 16,  0,    0,    0,   1,   0,
-                                             1,   0,   0x40, 0x1f, 0,   0,   0x80, 0x3e, 0,   0,   2,
-                                             0,   16,  0,    'd',  'a', 't', 'a',  16,   0,   0,   0};
+    static const unsigned char header[44] = {'R', 'I', 'F', 'F', 44, 0, 0,   0,   'W', 'A',  'V',  'E', 'f', 'm',  't',
+                                             ' ', 16,  0,   0,   0,  1, 0,   1,   0,   0x40, 0x1f, 0,   0,   0x80, 0x3e,
+                                             0,   0,   2,   0,   16, 0, 'd', 'a', 't', 'a',  16,   0,   0,   0};
     static const unsigned char samples[16] = {0};
     FILE* file = _wfopen(path, L"wb");
     fwrite(header, 1, sizeof header, file);
@@ -47,8 +46,7 @@ static void test_sounds(void) {
     write_wave(wave);
     swprintf(key, 400, L"AppEvents\\Schemes\\Apps\\%ls\\CapiEvent\\.Current", app);
     if (RegCreateKeyExW(HKEY_CURRENT_USER, key, 0, NULL, 0, KEY_ALL_ACCESS, NULL, &handle, NULL) == 0) {
-        RegSetValueExW(handle, NULL, 0, REG_SZ, (const BYTE*)wave,
-                       (DWORD)((wcslen(wave) + 1) * sizeof(wchar_t)));
+        RegSetValueExW(handle, NULL, 0, REG_SZ, (const BYTE*)wave, (DWORD)((wcslen(wave) + 1) * sizeof(wchar_t)));
         RegCloseKey(handle);
     }
     EXPECT_INT(1, tav_sound_play(sound, L"CapiEvent", TAV_SOUND_LOOP));
@@ -222,15 +220,13 @@ void test_pickers(void) {
 
     driver = start_driver(&action, NULL);
     chosen[0] = L'x';
-    EXPECT_INT(0,
-               tav_browse_files(L"Text files|*.txt||", g_scratch, L"Pick a file", chosen, MAX_PATH, &need));
+    EXPECT_INT(0, tav_browse_files(L"Text files|*.txt||", g_scratch, L"Pick a file", chosen, MAX_PATH, &need));
     finish_driver(driver);
     EXPECT_TEXT(L"", chosen);
     EXPECT_INT(1, need);
 
     driver = start_driver(&action, existing);
-    EXPECT_INT(1,
-               tav_browse_files(L"Text files|*.txt||", g_scratch, L"Pick a file", chosen, MAX_PATH, &need));
+    EXPECT_INT(1, tav_browse_files(L"Text files|*.txt||", g_scratch, L"Pick a file", chosen, MAX_PATH, &need));
     finish_driver(driver);
     EXPECT_TRUE(_wcsicmp(existing, chosen) == 0);
     EXPECT_INT(wcslen(existing) + 1, need);

@@ -52,10 +52,9 @@ static void check_paths(void) {
     kit_release(small);
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_path_split(NULL, dir, 64, NULL, file, 64, NULL));
 
-    CHECK_TEXT(TAV_OK, ref_path_compose(L"C:\\dir", L"file", L".txt"), tav_path_compose, L"C:\\dir", L"file",
-               L".txt");
-    CHECK_TEXT(TAV_OK, ref_path_compose(L"C:\\dir\\x.ini", L"file", L".txt"), tav_path_compose,
-               L"C:\\dir\\x.ini", L"file", L".txt");
+    CHECK_TEXT(TAV_OK, ref_path_compose(L"C:\\dir", L"file", L".txt"), tav_path_compose, L"C:\\dir", L"file", L".txt");
+    CHECK_TEXT(TAV_OK, ref_path_compose(L"C:\\dir\\x.ini", L"file", L".txt"), tav_path_compose, L"C:\\dir\\x.ini",
+               L"file", L".txt");
     CHECK_TEXT(TAV_OK, ref_path_beside_exe(L"notes", L".txt"), tav_path_beside_exe, L"notes", L".txt");
     CHECK_TEXT(TAV_OK, ref_path_exe_dir(), exe_dir, 0);
     CHECK_TEXT(TAV_OK, L"C:\\a\\c.ini", tav_path_from_path_and_file, L"C:\\a\\b.txt", L"c", L".ini");
@@ -230,9 +229,8 @@ static void check_installed_software(void) {
     CHECK_TEXT(expected[0] != 0, expected, install_date, 0);
 
     /* An App Paths entry of the test's own. */
-    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE,
-                        L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe", 0, NULL,
-                        0, KEY_ALL_ACCESS, NULL, &key, NULL) == 0) {
+    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe",
+                        0, NULL, 0, KEY_ALL_ACCESS, NULL, &key, NULL) == 0) {
         RegSetValueExW(key, NULL, 0, REG_SZ, (const BYTE*)L"C:\\capi\\capitestapp.exe", 48);
         RegCloseKey(key);
     }
@@ -241,8 +239,7 @@ static void check_installed_software(void) {
     CHECK_TEXT(found, expected, tav_find_application_path, L"capitestapp", L"exe");
     CHECK_TEXT(1, L"C:\\capi\\capitestapp.exe", tav_find_application_path, L"capitestapp", L"exe");
     CHECK_TEXT(0, L"", tav_find_application_path, L"capinosuchapp", L"exe");
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE,
-                  L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe");
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\capitestapp.exe");
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_find_application_path(NULL, L"exe", NULL, 0, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_find_application_path(L"x", NULL, NULL, 0, NULL));
 

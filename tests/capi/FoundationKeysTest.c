@@ -107,9 +107,8 @@ void test_logging(void) {
 
     bytes = read_file_bytes(path);
     EXPECT_TRUE(strstr(bytes, "level=\"INFO   \"") != NULL);
-    EXPECT_TRUE(
-        strstr(bytes, "filename=\"capi.c\" linenumber=\"42\" function=\"test_logging\" message=\"from C\"") !=
-        NULL);
+    EXPECT_TRUE(strstr(bytes, "filename=\"capi.c\" linenumber=\"42\" function=\"test_logging\" message=\"from C\"") !=
+                NULL);
     EXPECT_TRUE(strstr(bytes, "still to the file") != NULL);
     EXPECT_TRUE(strstr(bytes, "filtered out") == NULL);
     EXPECT_TRUE(strstr(bytes, "nowhere") == NULL);

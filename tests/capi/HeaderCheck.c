@@ -3,6 +3,4 @@
 
 int header_check_cxx(void);
 
-int main(void) {
-    return tav_c_interface_version() == 1 && header_check_cxx() == 1 ? 0 : 1;
-}
+int main(void) { return tav_c_interface_version() == 1 && header_check_cxx() == 1 ? 0 : 1; }

@@ -25,8 +25,8 @@ static void check_extract(const wchar_t* line) {
     size_t args_need = 0;
     wchar_t* small;
     const int split = ref_extract_program(line, &program, &args);
-    EXPECT_INT(split, tav_extract_program(line, program_out, MAX_PATH + 50, &program_need, args_out,
-                                          MAX_PATH + 50, &args_need));
+    EXPECT_INT(split, tav_extract_program(line, program_out, MAX_PATH + 50, &program_need, args_out, MAX_PATH + 50,
+                                          &args_need));
     EXPECT_TEXT(program, program_out);
     EXPECT_TEXT(args, args_out);
     EXPECT_INT(wcslen(program) + 1, program_need);
@@ -134,8 +134,7 @@ void test_processes(HWND window) {
 
     CHECK_TEXT(TAV_OK, L"capi_c_tests.exe", tav_process_foreground_name, (intptr_t)window);
     CHECK_TEXT(TAV_OK, ref_foreground_name((intptr_t)window), tav_process_foreground_name, (intptr_t)window);
-    CHECK_TEXT(TAV_OK, ref_foreground_full_name((intptr_t)window), tav_process_foreground_full_name,
-               (intptr_t)window);
+    CHECK_TEXT(TAV_OK, ref_foreground_full_name((intptr_t)window), tav_process_foreground_full_name, (intptr_t)window);
     CHECK_TEXT(TAV_OK, ref_foreground_name(0), tav_process_foreground_name, 0);
     CHECK_TEXT(TAV_OK, L"", tav_process_foreground_name, (intptr_t)0x7ffffff0);
 
@@ -149,8 +148,7 @@ void test_processes(HWND window) {
 
     EXPECT_INT(1, tav_process_is_running(L"capi_c_tests.exe", 0));
     EXPECT_INT(1, tav_process_is_running(L"capi_c_tests", 0));
-    EXPECT_INT(ref_process_is_running(L"capi_c_tests.exe", 1),
-               tav_process_is_running(L"capi_c_tests.exe", 1));
+    EXPECT_INT(ref_process_is_running(L"capi_c_tests.exe", 1), tav_process_is_running(L"capi_c_tests.exe", 1));
     EXPECT_INT(0, tav_process_is_running(L"capi_no_such_process.exe", 0));
     EXPECT_INT(TAV_E_OUT_OF_RANGE, tav_process_is_running(L"abc", 0));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_process_is_running(NULL, 0));

@@ -23,9 +23,7 @@
 
 namespace {
 
-CStdStr<wchar_t> Text(const CFileName& name) {
-    return CStdStr<wchar_t>(name.c_str());
-}
+CStdStr<wchar_t> Text(const CFileName& name) { return CStdStr<wchar_t>(name.c_str()); }
 
 std::wstring Joined(const std::list<CStdStr<wchar_t>>& items, size_t* units) {
     std::wstring joined;
@@ -35,7 +33,7 @@ std::wstring Joined(const std::list<CStdStr<wchar_t>>& items, size_t* units) {
     }
     if (items.empty())
         joined += L'\0';
-    *units = joined.size() + 1; // the list's last NUL is the string's own terminator
+    *units = joined.size() + 1;  // the list's last NUL is the string's own terminator
     return joined;
 }
 
@@ -50,25 +48,15 @@ private:
     ref_trigger_device m_device;
 };
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
-int ref_os_type(void) {
-    return OSInfo().version();
-}
-unsigned ref_os_build_number(void) {
-    return OSInfo().buildNumber();
-}
-unsigned ref_os_platform_id(void) {
-    return OSInfo().platformId();
-}
-unsigned ref_os_service_pack_major(void) {
-    return OSInfo().servicePackMajor();
-}
-unsigned ref_os_service_pack_minor(void) {
-    return OSInfo().servicePackMinor();
-}
+int ref_os_type(void) { return OSInfo().version(); }
+unsigned ref_os_build_number(void) { return OSInfo().buildNumber(); }
+unsigned ref_os_platform_id(void) { return OSInfo().platformId(); }
+unsigned ref_os_service_pack_major(void) { return OSInfo().servicePackMajor(); }
+unsigned ref_os_service_pack_minor(void) { return OSInfo().servicePackMinor(); }
 const wchar_t* ref_os_service_pack(void) {
     static CStdStr<wchar_t> text;
     text = OSInfo().servicePack();
@@ -76,24 +64,15 @@ const wchar_t* ref_os_service_pack(void) {
 }
 int ref_os_ask(int question) {
     const OSInfo os;
-    const bool answers[] = {
-        os.useVxdDriver(),     os.useSysDriver(),         os.distinguishesLeftRightModifiers(),
-        os.isUSBSupported(),   os.isBluetoothSupported(), os.is802_11bSupported(),
-        os.IsUnderlying64Bit()};
+    const bool answers[] = {os.useVxdDriver(),     os.useSysDriver(),         os.distinguishesLeftRightModifiers(),
+                            os.isUSBSupported(),   os.isBluetoothSupported(), os.is802_11bSupported(),
+                            os.IsUnderlying64Bit()};
     return answers[question];
 }
-int ref_platform_classification(void) {
-    return CPlatforme().GetClassification();
-}
-int ref_platform_is_win9x(void) {
-    return CPlatforme().IsWin9x();
-}
-int ref_vista_is_vista(void) {
-    return cVistaHelper().IsVista();
-}
-int ref_vista_is_dwm_composition_enabled(void) {
-    return cVistaHelper().IsDWMCompositionEnabled();
-}
+int ref_platform_classification(void) { return CPlatforme().GetClassification(); }
+int ref_platform_is_win9x(void) { return CPlatforme().IsWin9x(); }
+int ref_vista_is_vista(void) { return cVistaHelper().IsVista(); }
+int ref_vista_is_dwm_composition_enabled(void) { return cVistaHelper().IsDWMCompositionEnabled(); }
 
 const wchar_t* ref_string_cut(const wchar_t* text, int width, size_t* units, int* pieces) {
     static std::wstring joined;
@@ -115,13 +94,9 @@ int ref_keys_parse(const wchar_t* script, const uint16_t** entries, size_t* coun
     return result;
 }
 
-int ref_keys_run_result(const wchar_t* script) {
-    return tav::keys::RunKeyScript(script);
-}
+int ref_keys_run_result(const wchar_t* script) { return tav::keys::RunKeyScript(script); }
 
-void* ref_focus_window(void* window) {
-    return cWindowsHelper::GetFocusWindow(static_cast<HWND>(window));
-}
+void* ref_focus_window(void* window) { return cWindowsHelper::GetFocusWindow(static_cast<HWND>(window)); }
 
 const wchar_t* ref_handle_to_text(void* window) {
     static CStdStr<wchar_t> text;
@@ -212,9 +187,7 @@ const wchar_t* ref_path_exe_dir(void) {
     return text.c_str();
 }
 
-int ref_version_compare(const wchar_t* a, const wchar_t* b) {
-    return CVerNum(a).Compare(CVerNum(b));
-}
+int ref_version_compare(const wchar_t* a, const wchar_t* b) { return CVerNum(a).Compare(CVerNum(b)); }
 
 int ref_verinfo_field(const wchar_t* file, int field, const wchar_t** text) {
     static CStdStr<wchar_t> value;
@@ -267,15 +240,11 @@ const wchar_t* ref_object_name(void* dispatch) {
 }
 
 long ref_is_member_of(int group, int* is_member) {
-    return VxWindowsPermissionsUtils().IsMemberOf(
-        static_cast<VxWindowsPermissionsUtils::enumQueryGroup>(group), is_member, 0);
+    return VxWindowsPermissionsUtils().IsMemberOf(static_cast<VxWindowsPermissionsUtils::enumQueryGroup>(group),
+                                                  is_member, 0);
 }
-int ref_is_administrator(void) {
-    return VxWindowsPermissionsUtils::IsAdministrator();
-}
-int ref_is_administrator_or_power_user(void) {
-    return VxWindowsPermissionsUtils::IsAdministratorOrPowerUser();
-}
+int ref_is_administrator(void) { return VxWindowsPermissionsUtils::IsAdministrator(); }
+int ref_is_administrator_or_power_user(void) { return VxWindowsPermissionsUtils::IsAdministratorOrPowerUser(); }
 
 const wchar_t* ref_support_query(const wchar_t* address) {
     static CStdStr<wchar_t> text;
@@ -294,4 +263,4 @@ const wchar_t* ref_support_query_with_trigger(const wchar_t* address, const ref_
     return text.c_str();
 }
 
-} // extern "C"
+}  // extern "C"

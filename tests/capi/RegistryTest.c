@@ -140,8 +140,7 @@ void test_settings(void) {
     for (i = 0; i < 299; ++i)
         too_long[i] = L'x';
     too_long[299] = 0;
-    EXPECT_INT(0,
-               tav_settings_write_string(settings, L"long", too_long)); /* refused from 255 characters on */
+    EXPECT_INT(0, tav_settings_write_string(settings, L"long", too_long)); /* refused from 255 characters on */
     EXPECT_INT(0, tav_settings_value_exists(settings, L"long"));
 
     EXPECT_TRUE(tav_settings_write_dword(settings, L"dw", 0xCAFEF00Du) != 0);

@@ -130,8 +130,8 @@ ServerProcess::ServerProcess(const std::wstring& options) {
     std::wstring readyName = L"TavUtilComServerReady-" + suffix, quitName = L"TavUtilComServerQuit-" + suffix;
     readyEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
     quitEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, quitName.c_str()));
-    std::wstring commandLine = L"\"" + tavtest::BinDir() + L"\\com_object_server.exe\" " + options +
-                               L" --ready " + readyName + L" --quit " + quitName;
+    std::wstring commandLine = L"\"" + tavtest::BinDir() + L"\\com_object_server.exe\" " + options + L" --ready " +
+                               readyName + L" --quit " + quitName;
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION info = {};

@@ -20,8 +20,7 @@ HRESULT PutString(IDispatch* object, const wchar_t* name, const wchar_t* value) 
     argument->bstrVal = SysAllocString(value);
     DISPID putId = DISPID_PROPERTYPUT;
     DISPPARAMS params = {argument.get(), &putId, 1, 1};
-    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr,
-                          nullptr);
+    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, nullptr);
 }
 
 TEST_F(ComTest, RegExpPropertiesReadAndWrittenByName) {

@@ -164,7 +164,8 @@ TEST_F(ComTest, FindInRotMatchesAFilePathHoldingTheClassIdentifier) {
     ProgIdRegistration progId(kProgId, kClsid);
     tavtest::TempDir folder(L"rot");
     CComPtr<TestDispatch> object = MakeObject(L"file");
-    RotRegistration entry = RotRegistration::File(object.p, (folder / (std::wstring(kClsid) + L"\\report.txt")).c_str());
+    RotRegistration entry =
+        RotRegistration::File(object.p, (folder / (std::wstring(kClsid) + L"\\report.txt")).c_str());
     ASSERT_TRUE(entry.ok());
     EXPECT_EQ(NameOf(FindInROT(kProgId)), L"file");
 }

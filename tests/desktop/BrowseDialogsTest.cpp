@@ -98,9 +98,9 @@ class BrowseTest : public ::testing::Test {
 protected:
     void SetUp() override {
         openFileHook_ = std::make_unique<tavtest::ImportHook>("comdlg32.dll", "GetOpenFileNameW",
-                                                                  reinterpret_cast<void*>(&RecordGetOpenFileName));
+                                                              reinterpret_cast<void*>(&RecordGetOpenFileName));
         folderHook_ = std::make_unique<tavtest::ImportHook>("shell32.dll", "SHBrowseForFolderW",
-                                                                reinterpret_cast<void*>(&RecordBrowseForFolder));
+                                                            reinterpret_cast<void*>(&RecordBrowseForFolder));
         ASSERT_TRUE(openFileHook_->installed());
         ASSERT_TRUE(folderHook_->installed());
         g_openFileHook = openFileHook_.get();
@@ -164,8 +164,8 @@ TEST_F(BrowseTest, BrowseFilesPassesItsSettings) {
     const std::wstring caption = CaptionOfCancelledFilePicker(temp_.path(), L"Pick a script");
     ASSERT_EQ(g_openFile.count, 1);
     EXPECT_EQ(g_openFile.flags, 0x181804u);
-    EXPECT_EQ(g_openFile.flags, DWORD(OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_EXPLORER |
-                                      OFN_NODEREFERENCELINKS));
+    EXPECT_EQ(g_openFile.flags,
+              DWORD(OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_EXPLORER | OFN_NODEREFERENCELINKS));
     EXPECT_EQ(g_openFile.structSize, sizeof(OPENFILENAMEW));  // Windows 7 here: the full structure
     EXPECT_EQ(g_openFile.structSize, 152u);
     EXPECT_EQ(g_openFile.maxFile, 260u);
@@ -401,7 +401,8 @@ TEST_F(BrowseTest, HelperBrowseStoresTitleAndFolderAndTracksSelection) {
     EXPECT_EQ(seenWhileOpen, driver.dialog());
     EXPECT_EQ(helper.GetSafeHwnd(), nullptr);  // cleared when the dialog ends
     // The starting folder was selected when the dialog became ready.
-    EXPECT_EQ(_wcsicmp(helper.GetSelectedPath().c_str(), start.c_str()), 0) << tavtest::Narrow(helper.GetSelectedPath());
+    EXPECT_EQ(_wcsicmp(helper.GetSelectedPath().c_str(), start.c_str()), 0)
+        << tavtest::Narrow(helper.GetSelectedPath());
 }
 
 struct StatusRow {
@@ -418,7 +419,7 @@ std::wstring PathOfLength(size_t length) {
 }
 
 TEST_F(BrowseTest, SetStatusTextShortensLongPaths) {
-    const StatusRow rows[] = {{true, 60, 40}, {true, 41, 40}, {true, 40, 40}, {true, 10, 10},
+    const StatusRow rows[] = {{true, 60, 40},  {true, 41, 40},  {true, 40, 40},  {true, 10, 10},
                               {false, 60, 50}, {false, 51, 50}, {false, 50, 50}, {false, 3, 3}};
     for (const StatusRow& row : rows) {
         std::wstring statusText;

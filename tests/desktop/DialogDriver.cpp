@@ -92,8 +92,7 @@ bool SelectSibling(HWND dialog, const std::wstring& name) {
     HTREEITEM parent = caret != nullptr ? TreeItem(tree, TVGN_PARENT, caret) : nullptr;
     if (parent == nullptr)
         return false;
-    for (HTREEITEM item = TreeItem(tree, TVGN_CHILD, parent); item != nullptr;
-         item = TreeItem(tree, TVGN_NEXT, item)) {
+    for (HTREEITEM item = TreeItem(tree, TVGN_CHILD, parent); item != nullptr; item = TreeItem(tree, TVGN_NEXT, item)) {
         if (_wcsicmp(ItemText(tree, item).c_str(), name.c_str()) == 0)
             return SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item)) != 0;
     }
@@ -125,8 +124,7 @@ void WaitUntilSettled(HWND dialog) {
         } else {
             ++sameLooks;
         }
-        return (!now.hasTree || now.treeSelection != 0) && sameLooks >= kSameLooks &&
-               lastLook - lastChange >= kQuietMs;
+        return (!now.hasTree || now.treeSelection != 0) && sameLooks >= kSameLooks && lastLook - lastChange >= kQuietMs;
     });
 }
 

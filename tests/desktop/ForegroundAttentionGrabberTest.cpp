@@ -24,8 +24,8 @@ desktoptest::TestWindow MakeRecorder() {
     g_altMessages.clear();
     return desktoptest::TestWindow(
         [](UINT message, WPARAM wParam, LPARAM) {
-            bool keyMessage = message == WM_KEYDOWN || message == WM_KEYUP || message == WM_SYSKEYDOWN ||
-                              message == WM_SYSKEYUP;
+            bool keyMessage =
+                message == WM_KEYDOWN || message == WM_KEYUP || message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
             if (!keyMessage || (wParam != VK_MENU && wParam != VK_LMENU))
                 return false;
             g_altMessages.emplace_back(message, wParam);

@@ -12,8 +12,7 @@ namespace {
 
 using desktoptest::TestWindow;
 
-static_assert(CWAIT_WAITING == 0 && CWAIT_ABORTED == 1 && CWAIT_TIMEOUT == 2 && CWAIT_QUIT == 3 &&
-                  CWAIT_COMMAND == 4,
+static_assert(CWAIT_WAITING == 0 && CWAIT_ABORTED == 1 && CWAIT_TIMEOUT == 2 && CWAIT_QUIT == 3 && CWAIT_COMMAND == 4,
               "the status numbers are part of the interface");
 static_assert(sizeof(CWaitStatus) == 4, "the status is stored as a 32-bit value");
 static_assert(std::has_virtual_destructor<CWait>::value, "CWait is polymorphic");

@@ -78,8 +78,8 @@ protected:
         ownsAppKey_ = true;
         wavePath_ = temp_ / L"chime.wav";
         ASSERT_TRUE(tavtest::WriteFileBytes(wavePath_, SilentWave()));
-        hook_ = std::make_unique<tavtest::ImportHook>("winmm.dll", "PlaySoundW",
-                                                          reinterpret_cast<void*>(&RecordPlaySound));
+        hook_ =
+            std::make_unique<tavtest::ImportHook>("winmm.dll", "PlaySoundW", reinterpret_cast<void*>(&RecordPlaySound));
         ASSERT_TRUE(hook_->installed());
         g_hook = hook_.get();
         g_calls.clear();
@@ -96,9 +96,9 @@ protected:
     void Register(const std::wstring& event, const std::wstring* value) {
         tav::UniqueKey key;
         std::wstring path = appKey_ + L"\\" + event + L"\\.Current";
-        ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(),
-                                  nullptr),
-                  ERROR_SUCCESS);
+        ASSERT_EQ(
+            RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr),
+            ERROR_SUCCESS);
         if (value)
             RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(value->c_str()),
                            static_cast<DWORD>((value->size() + 1) * sizeof(wchar_t)));
@@ -126,8 +126,12 @@ TEST_F(WaveTest, EachModeChoosesItsFlags) {
     struct Row {
         int mode;
         DWORD flags;
-    } rows[] = {{cWave::PLAY_SYNC, 0x2082}, {cWave::PLAY_LOOP, 0x208B}, {cWave::PLAY_ASYNC, 0x2083},
-                {3, 0x2083},                {-1, 0x2083},               {100, 0x2083}};
+    } rows[] = {{cWave::PLAY_SYNC, 0x2082},
+                {cWave::PLAY_LOOP, 0x208B},
+                {cWave::PLAY_ASYNC, 0x2083},
+                {3, 0x2083},
+                {-1, 0x2083},
+                {100, 0x2083}};
     for (const Row& row : rows) {
         g_calls.clear();
         cWave wave;
@@ -161,7 +165,7 @@ TEST_F(WaveTest, LoopingPlayLeavesRepeatFlagClearAndNothingIsStopped) {
         wave.stopPlay();
         cWave copy(wave);
         EXPECT_FALSE(copy.isRepeating());
-    }  // destructors: nothing to stop either
+    }                               // destructors: nothing to stop either
     ASSERT_EQ(g_calls.size(), 1u);  // only the play itself: no PlaySoundW(NULL) from stopPlay or ~cWave
     EXPECT_TRUE(g_calls[0].flags & SND_LOOP);
 }
@@ -223,9 +227,8 @@ TEST_F(WaveTest, FailedPlayIsLoggedAtWarning) {
     for (char c : bytes)
         if (c != '\0')
             text << c;
-    const std::string expected = "cWave-Error opening WAVE file from Registry: " +
-                                 tavtest::Narrow(appKey_) + "\\Chime\\.Current\nFile: " +
-                                 tavtest::Narrow(wavePath_);
+    const std::string expected = "cWave-Error opening WAVE file from Registry: " + tavtest::Narrow(appKey_) +
+                                 "\\Chime\\.Current\nFile: " + tavtest::Narrow(wavePath_);
     EXPECT_NE(text.str().find("level=\"WARNING\""), std::string::npos) << text.str();
     EXPECT_NE(text.str().find(expected), std::string::npos) << text.str();
 }

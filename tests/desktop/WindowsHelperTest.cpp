@@ -81,12 +81,8 @@ TEST(WindowsHelper, HandleToStringPrintsTheLow32BitsSigned) {
         ULONG_PTR handle;
         const wchar_t* expected;
     } rows[] = {
-        {0, L"0"},
-        {0x12345, L"74565"},
-        {0x7FFFFFFF, L"2147483647"},
-        {0x80000001, L"-2147483647"},
-        {0xFFFFFFFF, L"-1"},
-        {0x0000000500000007ull, L"7"},
+        {0, L"0"},           {0x12345, L"74565"},           {0x7FFFFFFF, L"2147483647"}, {0x80000001, L"-2147483647"},
+        {0xFFFFFFFF, L"-1"}, {0x0000000500000007ull, L"7"},
     };
     for (size_t i = 0; i < std::size(rows); ++i) {
         HWND window = reinterpret_cast<HWND>(rows[i].handle);

@@ -13,9 +13,7 @@ namespace {
 
 using Str = CStdStr<wchar_t>;
 
-std::wstring Text(const CFileName& name) {
-    return name.c_str();
-}
+std::wstring Text(const CFileName& name) { return name.c_str(); }
 
 TEST(FileName, GettersSplitByThePlatformRules) {
     struct Row {
@@ -56,7 +54,7 @@ TEST(FileName, SplitGivesFolderAndFullFileName) {
 TEST(FileName, OverlongPartGivesEmptyResults) {
     std::wstring longName = L"C:\\dir\\" + std::wstring(300, L'n') + L".txt";
     CFileName name(longName.c_str());
-    EXPECT_EQ(Text(name), longName); // the text itself is kept as given
+    EXPECT_EQ(Text(name), longName);  // the text itself is kept as given
     EXPECT_TRUE(name.GetDrive().empty());
     EXPECT_TRUE(name.GetPath().empty());
     EXPECT_TRUE(name.GetFile().empty());
@@ -73,14 +71,14 @@ TEST(FileName, ThreePartConstructorAtTheDotRuleBoundaries) {
         {L"D:\\dir", L"a", L"txt", L"D:\\dir\\a.txt"},
         {L"D:\\dir\\", L"a", L".txt", L"D:\\dir\\a.txt"},
         {L"D:/dir", L"a", L"txt", L"D:/dir\\a.txt"},
-        {L"D:\\dir\\b.exe", L"a", L"txt", L"D:\\dir\\b.exe"}, // three-letter extension: complete
+        {L"D:\\dir\\b.exe", L"a", L"txt", L"D:\\dir\\b.exe"},  // three-letter extension: complete
         {L"D:\\dir\\b.htm", nullptr, nullptr, L"D:\\dir\\b.htm"},
-        {L"D:\\dir\\b.html", L"a", L"txt", L"D:\\dir\\b.html\\a.txt"}, // dot five from the end: a folder
-        {L"D:\\", L"a", L"txt", L"D:\\"},                              // four characters or fewer
-        {L"D:\\a", L"a", L"txt", L"D:\\a"},                            // n = 4, no dot: still unchanged
-        {L"D:\\ab", L"a", L"txt", L"D:\\ab\\a.txt"},                   // n = 5, no dot at n - 4
-        {L"a.exe", L"a", L"txt", L"a.exe"},                            // n = 5, dot at n - 4
-        {L"ab.ex", L"a", L"txt", L"ab.ex\\a.txt"},                     // n = 5, dot at n - 3
+        {L"D:\\dir\\b.html", L"a", L"txt", L"D:\\dir\\b.html\\a.txt"},  // dot five from the end: a folder
+        {L"D:\\", L"a", L"txt", L"D:\\"},                               // four characters or fewer
+        {L"D:\\a", L"a", L"txt", L"D:\\a"},                             // n = 4, no dot: still unchanged
+        {L"D:\\ab", L"a", L"txt", L"D:\\ab\\a.txt"},                    // n = 5, no dot at n - 4
+        {L"a.exe", L"a", L"txt", L"a.exe"},                             // n = 5, dot at n - 4
+        {L"ab.ex", L"a", L"txt", L"ab.ex\\a.txt"},                      // n = 5, dot at n - 3
         {L"", L"a", L"txt", L""},
         {L"D:\\dir", nullptr, nullptr, L"D:\\dir\\"},
     };
@@ -89,7 +87,7 @@ TEST(FileName, ThreePartConstructorAtTheDotRuleBoundaries) {
 }
 
 TEST(FileName, ThreePartConstructorFailsEmptyWhenTooLong) {
-    std::wstring folder = L"C:\\" + std::wstring(249, L'd'); // 252 units, 7 more with a file
+    std::wstring folder = L"C:\\" + std::wstring(249, L'd');  // 252 units, 7 more with a file
     EXPECT_EQ(Text(CFileName(folder.c_str(), L"abc", L"tx")).size(), 259u);
     EXPECT_TRUE(Text(CFileName(folder.c_str(), L"abc", L"txt")).empty());
 }
@@ -97,8 +95,7 @@ TEST(FileName, ThreePartConstructorFailsEmptyWhenTooLong) {
 TEST(FileName, FromPathAndFileDropsTheLastComponent) {
     EXPECT_EQ(Text(CFileName::FromPathAndFile(L"D:\\dir\\sub", L"a", L"txt")), L"D:\\dir\\a.txt");
     EXPECT_EQ(Text(CFileName::FromPathAndFile(L"D:\\dir\\sub\\", L"a", L"txt")), L"D:\\dir\\sub\\a.txt");
-    EXPECT_EQ(Text(CFileName::FromPathAndFile(L"\\\\srv\\share\\x.doc", L"y", L".log")),
-              L"\\\\srv\\share\\y.log");
+    EXPECT_EQ(Text(CFileName::FromPathAndFile(L"\\\\srv\\share\\x.doc", L"y", L".log")), L"\\\\srv\\share\\y.log");
     EXPECT_EQ(Text(CFileName::FromPathAndFile(L"file.txt", L"a", L"b")), L"a.b");
 }
 
@@ -186,7 +183,7 @@ TEST(FileName, StripTrailingSeparatorOnEmptyThrowsOutOfRange) {
     Str empty;
     EXPECT_THROW(CFileName::StripTrailingSeparator(empty), std::out_of_range);
     Str none;
-    EXPECT_FALSE(CFileName::StripPath(none)); // the other helpers answer false
+    EXPECT_FALSE(CFileName::StripPath(none));  // the other helpers answer false
     EXPECT_FALSE(CFileName::StripExtension(none));
 }
 
@@ -233,7 +230,7 @@ TEST(FileName, CreateDirectoryClimbsAndSaysZeroWhenItExists) {
     EXPECT_NE(target.CreateDirectoryW(1), 0);
     EXPECT_TRUE(CFileName::FileExists((dir / L"x\\y").c_str()));
     EXPECT_TRUE(CFileName::FileExists((dir / L"x\\y\\z").c_str()));
-    EXPECT_FALSE(CFileName::FileExists((dir / L"x\\y\\z\\f.txt").c_str())); // the file part is ignored
+    EXPECT_FALSE(CFileName::FileExists((dir / L"x\\y\\z\\f.txt").c_str()));  // the file part is ignored
     EXPECT_EQ(target.CreateDirectoryW(1), 0);
     EXPECT_EQ(target.CreateDirectoryW(0), 0);
 }
@@ -243,7 +240,7 @@ TEST(FileName, CreateDirectoryWithoutRecursionNeedsTheParent) {
     CFileName deep((dir / L"a\\b\\").c_str());
     EXPECT_EQ(deep.CreateDirectoryW(0), 0);
     EXPECT_FALSE(CFileName::FileExists((dir / L"a").c_str()));
-    CFileName folder((dir / L"a\\").c_str()); // a folder ends in a backslash to be created itself
+    CFileName folder((dir / L"a\\").c_str());  // a folder ends in a backslash to be created itself
     EXPECT_NE(folder.CreateDirectoryW(0), 0);
     EXPECT_NE(deep.CreateDirectoryW(0), 0);
     EXPECT_TRUE(CFileName::FileExists((dir / L"a\\b").c_str()));
@@ -252,8 +249,7 @@ TEST(FileName, CreateDirectoryWithoutRecursionNeedsTheParent) {
 // Without a drive letter the climb ends at a lone backslash, which is its own parent: a folder that
 // cannot be created gives 0 instead of climbing forever.
 TEST(FileName, CreateDirectoryWithoutADriveEndsItsClimb) {
-    for (const wchar_t* path : {L"\\tav<bad>\\d\\f.txt", L"\\\\tav<bad>\\share\\d\\f.txt",
-                                L"tav<bad>\\d\\f.txt"}) {
+    for (const wchar_t* path : {L"\\tav<bad>\\d\\f.txt", L"\\\\tav<bad>\\share\\d\\f.txt", L"tav<bad>\\d\\f.txt"}) {
         CFileName name(path);
         EXPECT_EQ(name.CreateDirectoryW(1), 0) << Text(name);
     }
@@ -286,15 +282,12 @@ TEST(FileName, DefaultConstructorInAFolderWithBlanks) {
     folder += L"\\X";
     ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
     ASSERT_TRUE(CopyFileW(tavtest::SelfPath().c_str(), (folder + L"\\app.exe").c_str(), FALSE));
-    ASSERT_TRUE(CopyFileW((tavtest::BinDir() + L"\\TavUtil.dll").c_str(), (folder + L"\\TavUtil.dll").c_str(),
-                          FALSE));
-    tavtest::ChildResult run =
-        tavtest::RunProgram(L"\"" + folder +
-                            L"\\app.exe\" --gtest_also_run_disabled_tests "
-                            L"--gtest_filter=FileNameChild.DISABLED_PrintDefaultConstructed");
+    ASSERT_TRUE(CopyFileW((tavtest::BinDir() + L"\\TavUtil.dll").c_str(), (folder + L"\\TavUtil.dll").c_str(), FALSE));
+    tavtest::ChildResult run = tavtest::RunProgram(L"\"" + folder +
+                                                   L"\\app.exe\" --gtest_also_run_disabled_tests "
+                                                   L"--gtest_filter=FileNameChild.DISABLED_PrintDefaultConstructed");
     EXPECT_TRUE(tavtest::ChildPassed(run));
-    EXPECT_NE(run.output.find("default=[" + tavtest::Narrow(folder) + "\\]"), std::string::npos)
-        << run.output;
+    EXPECT_NE(run.output.find("default=[" + tavtest::Narrow(folder) + "\\]"), std::string::npos) << run.output;
 }
 
-} // namespace
+}  // namespace

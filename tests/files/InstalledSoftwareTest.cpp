@@ -27,7 +27,9 @@ protected:
         EXPECT_TRUE(fixtures_.back()->ok()) << "the key exists already";
         return *fixtures_.back();
     }
-    void Setup(REGSAM view = 0) { EXPECT_TRUE(Key(HKEY_LOCAL_MACHINE, kSetupKey, view).Set(L"ProductGUID", kProductGuid)); }
+    void Setup(REGSAM view = 0) {
+        EXPECT_TRUE(Key(HKEY_LOCAL_MACHINE, kSetupKey, view).Set(L"ProductGUID", kProductGuid));
+    }
     void Uninstall(const wchar_t* date, REGSAM view = 0) {
         EXPECT_TRUE(Key(HKEY_LOCAL_MACHINE, kUninstall + kProductGuid, view).Set(L"InstallDate", date));
     }

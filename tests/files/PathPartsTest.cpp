@@ -60,9 +60,8 @@ TEST(PathParts, SplitPartsAtTheirCapacity) {
         std::wstring path;
         bool fits;
     } rows[] = {
-        {L"C:" + dir255 + L"f.x", true},   {L"C:" + dir255 + L"d\\f.x", false},
-        {L"C:\\" + name255 + L".x", true}, {L"C:\\" + name255 + L"f.x", false},
-        {L"C:\\f" + ext255, true},         {L"C:\\f" + ext255 + L"e", false},
+        {L"C:" + dir255 + L"f.x", true},     {L"C:" + dir255 + L"d\\f.x", false}, {L"C:\\" + name255 + L".x", true},
+        {L"C:\\" + name255 + L"f.x", false}, {L"C:\\f" + ext255, true},           {L"C:\\f" + ext255 + L"e", false},
     };
     for (size_t i = 0; i < std::size(rows); ++i) {
         PathParts parts;
@@ -113,10 +112,10 @@ TEST(PathParts, MakeTable) {
 TEST(PathParts, MakeAtThePathCapacity) {
     std::wstring out;
     std::wstring file(254, L'f');
-    EXPECT_TRUE(MakePath(out, L"C:", L"\\", file.c_str(), L"x")); // 2 + 1 + 254 + 2 = 259
+    EXPECT_TRUE(MakePath(out, L"C:", L"\\", file.c_str(), L"x"));  // 2 + 1 + 254 + 2 = 259
     EXPECT_EQ(out.size(), 259u);
     EXPECT_FALSE(MakePath(out, L"C:", L"\\", file.c_str(), L"xy"));
     EXPECT_TRUE(out.empty());
 }
 
-} // namespace
+}  // namespace

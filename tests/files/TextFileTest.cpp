@@ -55,7 +55,7 @@ TEST(TextFile, EmptyFileReadsAsFalse) {
     cTextFile file;
     EXPECT_FALSE(file.Read((dir / L"empty.txt").c_str()));
     EXPECT_EQ(file.GetSize(), 0u);
-    EXPECT_NE(file.GetBuffer(), nullptr); // the buffer was allocated before the empty read
+    EXPECT_NE(file.GetBuffer(), nullptr);  // the buffer was allocated before the empty read
 }
 
 TEST(TextFile, TheFileStaysOpenForReadingUntilTheObjectGoes) {
@@ -66,8 +66,8 @@ TEST(TextFile, TheFileStaysOpenForReadingUntilTheObjectGoes) {
         cTextFile file;
         ASSERT_TRUE(file.Read(path.c_str()));
         // Opened with read sharing only: a writer is refused while the object lives.
-        tav::UniqueFile writer(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                           nullptr, OPEN_EXISTING, 0, nullptr));
+        tav::UniqueFile writer(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                           OPEN_EXISTING, 0, nullptr));
         EXPECT_FALSE(writer.valid());
         EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
     }
@@ -96,7 +96,7 @@ TEST(TextFile, ASecondReadReplacesTheFirst) {
     ASSERT_TRUE(file.Read((dir / L"three.txt").c_str()));
     EXPECT_EQ(file.GetSize(), 5u);
     EXPECT_STREQ(file.GetBuffer(), "three");
-    EXPECT_TRUE(DeleteFileW((dir / L"one.txt").c_str())); // the first file is no longer held open
+    EXPECT_TRUE(DeleteFileW((dir / L"one.txt").c_str()));  // the first file is no longer held open
 }
 
 TEST(TextFile, AnEmptySecondReadLeavesNoSizeBeyondItsBuffer) {
@@ -107,7 +107,7 @@ TEST(TextFile, AnEmptySecondReadLeavesNoSizeBeyondItsBuffer) {
     ASSERT_TRUE(file.Read((dir / L"three.txt").c_str()));
     ASSERT_EQ(file.GetSize(), 5u);
     EXPECT_FALSE(file.Read((dir / L"empty.txt").c_str()));
-    EXPECT_EQ(file.GetSize(), 0u); // the new buffer holds one byte: a size of 5 would read past it
+    EXPECT_EQ(file.GetSize(), 0u);  // the new buffer holds one byte: a size of 5 would read past it
 }
 
-} // namespace
+}  // namespace

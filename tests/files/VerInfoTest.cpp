@@ -13,9 +13,7 @@ namespace {
 
 using Str = CStdStr<wchar_t>;
 
-std::wstring Fixture(const wchar_t* name) {
-    return tavtest::BinDir() + L"\\verfix_" + name + L".dll";
-}
+std::wstring Fixture(const wchar_t* name) { return tavtest::BinDir() + L"\\verfix_" + name + L".dll"; }
 
 // Exposes the protected string lookup so that sub-paths outside VERFIELD can be read.
 class ProbeVerInfo : public CVerInfo {
@@ -61,13 +59,13 @@ TEST(VerInfo, FieldNamesAndTheirRange) {
     EXPECT_EQ(CVerInfo::GetFieldName(static_cast<VERFIELD>(15), out), 0);
     EXPECT_TRUE(out.empty());
     out = L"stale";
-    EXPECT_EQ(CVerInfo::GetFieldName(static_cast<VERFIELD>(-1), out), 0); // compared unsigned
+    EXPECT_EQ(CVerInfo::GetFieldName(static_cast<VERFIELD>(-1), out), 0);  // compared unsigned
     EXPECT_TRUE(out.empty());
 }
 
 TEST(VerInfo, EveryFieldWithATranslationTable) {
     CVerInfo info(Fixture(L"translation").c_str());
-    ExpectStringTable(info, L"0407", L"04b0"); // lower-case digits from the table
+    ExpectStringTable(info, L"0407", L"04b0");  // lower-case digits from the table
     EXPECT_EQ(info.GetFileName(), Fixture(L"translation"));
     ExpectFields(info, {{VF_FileVersionNumber, L"1.2.3.4"},
                         {VF_ProductVersionNumber, L"5.6.7.8"},
@@ -101,7 +99,7 @@ TEST(VerInfo, FixedVersionsAsNumbersKeepFixThenBuild) {
 
 TEST(VerInfo, WithoutVarFileInfoTheFallbacksAreUsed) {
     CVerInfo info(Fixture(L"novarfileinfo").c_str());
-    ExpectStringTable(info, L"0409", L"04E4"); // upper-case E, unlike codes read from a table
+    ExpectStringTable(info, L"0409", L"04E4");  // upper-case E, unlike codes read from a table
     ExpectFields(info, {
                            {VF_FileVersionNumber, L"2.0.0.1"},
                            {VF_ProductVersionNumber, L"2.0.0.0"},
@@ -154,7 +152,7 @@ void ExpectEmpty(CVerInfo& info) {
     CVerNum number(1, 1, 1, 1);
     EXPECT_EQ(info.GetFileVersionNum(&number), 0);
     EXPECT_EQ(info.GetProductVersionNum(&number), 0);
-    EXPECT_EQ(number.Compare(CVerNum(1, 1, 1, 1)), CVerNum::VERNUM_EQUAL); // untouched
+    EXPECT_EQ(number.Compare(CVerNum(1, 1, 1, 1)), CVerNum::VERNUM_EQUAL);  // untouched
 }
 
 TEST(VerInfo, AFileWithoutVersionResourceLeavesTheObjectEmpty) {
@@ -166,7 +164,7 @@ TEST(VerInfo, AFileWithoutVersionResourceLeavesTheObjectEmpty) {
     ExpectEmpty(info);
     Str out = L"untouched";
     EXPECT_EQ(info.GetStringValue(L"\\CompanyName", out), 0);
-    EXPECT_EQ(out, L"untouched"); // with nothing loaded the output is left as it was
+    EXPECT_EQ(out, L"untouched");  // with nothing loaded the output is left as it was
 }
 
 TEST(VerInfo, AMissingFileAndAnEmptyObject) {
@@ -195,7 +193,7 @@ TEST(VerInfo, CopiesShareTheLoadedBlock) {
         CVerInfo constructed(original);
         copy = constructed;
         ASSERT_EQ(constructed.GetField(VF_CompanyName, company), 1);
-    } // the originals are gone; the block lives on in the copy
+    }  // the originals are gone; the block lives on in the copy
     Str out;
     EXPECT_EQ(copy.GetField(VF_CompanyName, out), 1);
     EXPECT_EQ(out, company);
@@ -235,8 +233,8 @@ TEST(VerInfo, WinesKernel32MatchesRawQueries) {
     ASSERT_TRUE(GetFileVersionInfoW(path, 0, size, block.data()));
     WORD* translation = nullptr;
     UINT length = 0;
-    ASSERT_TRUE(VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation",
-                               reinterpret_cast<void**>(&translation), &length));
+    ASSERT_TRUE(
+        VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation", reinterpret_cast<void**>(&translation), &length));
     ASSERT_EQ(length, 4u);
     wchar_t language[8], codePage[8];
     swprintf(language, 8, L"%04x", translation[0]);
@@ -256,9 +254,8 @@ TEST(VerInfo, WinesKernel32MatchesRawQueries) {
     wchar_t fileText[64], productText[64];
     swprintf(fileText, 64, L"%u.%u.%u.%u", HIWORD(fixed->dwFileVersionMS), LOWORD(fixed->dwFileVersionMS),
              HIWORD(fixed->dwFileVersionLS), LOWORD(fixed->dwFileVersionLS));
-    swprintf(productText, 64, L"%u.%u.%u.%u", HIWORD(fixed->dwProductVersionMS),
-             LOWORD(fixed->dwProductVersionMS), HIWORD(fixed->dwProductVersionLS),
-             LOWORD(fixed->dwProductVersionLS));
+    swprintf(productText, 64, L"%u.%u.%u.%u", HIWORD(fixed->dwProductVersionMS), LOWORD(fixed->dwProductVersionMS),
+             HIWORD(fixed->dwProductVersionLS), LOWORD(fixed->dwProductVersionLS));
 
     std::vector<std::wstring> raw(13);
     std::vector<Expected> present{{VF_FileVersionNumber, fileText}, {VF_ProductVersionNumber, productText}};
@@ -266,7 +263,7 @@ TEST(VerInfo, WinesKernel32MatchesRawQueries) {
         if (RawString(block, prefix + keys[i], raw[i]))
             present.push_back({static_cast<VERFIELD>(i + 2), raw[i].c_str()});
     }
-    EXPECT_GE(present.size(), 5u); // at least company, description and file version are there to compare
+    EXPECT_GE(present.size(), 5u);  // at least company, description and file version are there to compare
     ExpectFields(info, present);
 
     CVerNum file;
@@ -281,4 +278,4 @@ TEST(VerInfo, WinesKernel32MatchesRawQueries) {
     EXPECT_EQ(product.GetBuild(), LOWORD(fixed->dwProductVersionLS));
 }
 
-} // namespace
+}  // namespace

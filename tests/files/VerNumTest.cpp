@@ -19,21 +19,21 @@ const Parsed kParseRows[] = {
     {L"1..2", 1, 2, 0, 0, 1},
     {L"..1...2..", 1, 2, 0, 0, 1},
     {L"...", 0, 0, 0, 0, 0},
-    {L"70000.1", 4464, 1, 0, 0, 1}, // low 16 bits of 70000
+    {L"70000.1", 4464, 1, 0, 0, 1},  // low 16 bits of 70000
     {L"65535.65536", 65535, 0, 0, 0, 1},
-    {L"-1.+2", 65535, 2, 0, 0, 1},      // signs accepted; -1 keeps its low 16 bits
-    {L" 7. \t8.9 .10", 7, 8, 9, 10, 1}, // leading blanks skipped, a trailing one stops the number
-    {L"1.2.3.4.5.6", 1, 2, 3, 4, 1},    // tokens after the fourth are ignored
-    {L"3a.4b", 3, 4, 0, 0, 1},          // conversion stops at the first non-digit
+    {L"-1.+2", 65535, 2, 0, 0, 1},       // signs accepted; -1 keeps its low 16 bits
+    {L" 7. \t8.9 .10", 7, 8, 9, 10, 1},  // leading blanks skipped, a trailing one stops the number
+    {L"1.2.3.4.5.6", 1, 2, 3, 4, 1},     // tokens after the fourth are ignored
+    {L"3a.4b", 3, 4, 0, 0, 1},           // conversion stops at the first non-digit
     {L"a.7", 0, 7, 0, 0, 1},
-    {L"99999999999.1", 65535, 1, 0, 0, 1}, // the runtime clamps to INT_MAX, whose low 16 bits are 0xFFFF
-    {L"-99999999999", 0, 0, 0, 0, 1},      // clamped to INT_MIN, whose low 16 bits are 0
+    {L"99999999999.1", 65535, 1, 0, 0, 1},  // the runtime clamps to INT_MAX, whose low 16 bits are 0xFFFF
+    {L"-99999999999", 0, 0, 0, 0, 1},       // clamped to INT_MIN, whose low 16 bits are 0
 };
 
 TEST(VerNum, SetTable) {
     for (size_t i = 0; i < std::size(kParseRows); ++i) {
         const Parsed& row = kParseRows[i];
-        CVerNum v(L"9.9.9.9"); // Set starts from zero whatever was there
+        CVerNum v(L"9.9.9.9");  // Set starts from zero whatever was there
         v.Set(row.text);
         EXPECT_EQ(v.GetMajor(), row.major) << "row " << i;
         EXPECT_EQ(v.GetMinor(), row.minor) << "row " << i;
@@ -47,8 +47,8 @@ TEST(VerNum, TextConstructorAndNullText) {
     CVerNum v(L"5.10.1234");
     EXPECT_EQ(v.GetMajor(), 5);
     EXPECT_EQ(v.GetMinor(), 10);
-    EXPECT_EQ(v.GetFix(), 1234); // the third number is the fix
-    EXPECT_EQ(v.GetBuild(), 0);  // the fourth the build
+    EXPECT_EQ(v.GetFix(), 1234);  // the third number is the fix
+    EXPECT_EQ(v.GetBuild(), 0);   // the fourth the build
     EXPECT_EQ(v.IsValid(), 1);
     CVerNum none(static_cast<const wchar_t*>(nullptr));
     EXPECT_EQ(none.IsValid(), 0);
@@ -124,10 +124,10 @@ TEST(VerNum, CompareCoversEveryResult) {
 }
 
 TEST(VerNum, CompareIgnoresTheValidFlag) {
-    CVerNum invalid;           // 0.0.0.0, not valid
-    CVerNum valid(0, 0, 0, 0); // 0.0.0.0, valid
+    CVerNum invalid;            // 0.0.0.0, not valid
+    CVerNum valid(0, 0, 0, 0);  // 0.0.0.0, valid
     EXPECT_EQ(invalid.Compare(valid), CVerNum::VERNUM_EQUAL);
     EXPECT_EQ(valid.Compare(invalid), CVerNum::VERNUM_EQUAL);
 }
 
-} // namespace
+}  // namespace

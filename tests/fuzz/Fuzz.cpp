@@ -70,8 +70,8 @@ void RecordFailure(const char* driver, const Input& input, uint64_t index, const
                       std::to_string(input.choices) + "ull},";
     std::printf("fuzz: FAILURE in %s, input %llu (seed 0x%llx): %s\n  row: %s\n", driver,
                 static_cast<unsigned long long>(index), static_cast<unsigned long long>(BaseSeed()),
-                why.substr(0, 2000).c_str(), row.size() > 4000 ? "(longer than 4000 characters: see the file)"
-                                                                : row.c_str());
+                why.substr(0, 2000).c_str(),
+                row.size() > 4000 ? "(longer than 4000 characters: see the file)" : row.c_str());
     std::fflush(stdout);
     if (FILE* file = _wfopen(FailureFile().c_str(), L"ab")) {
         std::fprintf(file, "// %s: %s\n%s\n", driver, why.substr(0, 2000).c_str(), row.c_str());
@@ -124,19 +124,19 @@ public:
     void TearDown() override {
         std::printf("\n%-16s %10s %10s %9s %9s\n", "driver", "inputs", "outcomes", "seconds", "failures");
         for (const Report& r : Reports())
-            std::printf("%-16s %10llu %10zu %9.1f %9llu\n", r.driver.c_str(),
-                        static_cast<unsigned long long>(r.inputs), r.outcomes, r.seconds,
-                        static_cast<unsigned long long>(r.failures));
+            std::printf("%-16s %10llu %10zu %9.1f %9llu\n", r.driver.c_str(), static_cast<unsigned long long>(r.inputs),
+                        r.outcomes, r.seconds, static_cast<unsigned long long>(r.failures));
         std::fflush(stdout);
     }
 };
 const testing::Environment* const kTable = testing::AddGlobalTestEnvironment(new TablePrinter);
 
 const std::vector<wchar_t>& InterestingUnits() {
-    static const std::vector<wchar_t> units = {
-        L' ', L'\t', L'\r', L'\n', L'{', L'}', L'(', L')', L'[', L']', L'+', L'^', L'%', L'*', L'~', L'\\',
-        L'/', L':', L'.', L'"', L'&', L'=', L'-', L'0', L'1', L'9', L'a', L'Z', L'x', L'?', L'<', L'|',
-        0x00E9, 0x20AC, 0x4E2D, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFEFF, 0xFFFE, 0xFFFF, 0x007F, 0x0080, 0x0001};
+    static const std::vector<wchar_t> units = {L' ',   L'\t',  L'\r',  L'\n',  L'{',   L'}',   L'(',   L')',   L'[',
+                                               L']',   L'+',   L'^',   L'%',   L'*',   L'~',   L'\\',  L'/',   L':',
+                                               L'.',   L'"',   L'&',   L'=',   L'-',   L'0',   L'1',   L'9',   L'a',
+                                               L'Z',   L'x',   L'?',   L'<',   L'|',   0x00E9, 0x20AC, 0x4E2D, 0xD800,
+                                               0xDBFF, 0xDC00, 0xDFFF, 0xFEFF, 0xFFFE, 0xFFFF, 0x007F, 0x0080, 0x0001};
     return units;
 }
 
@@ -193,7 +193,7 @@ bool LongPass() {
 
 std::vector<Text> Extremes() {
     std::vector<Text> extremes = {L"", L" ", L"\\", L".", L"{", L"}", L"(", L")", L"\"", L"%", L"%%"};
-    extremes.push_back(Text(1 << 20, L'a'));                 // a megabyte (in units)
+    extremes.push_back(Text(1 << 20, L'a'));  // a megabyte (in units)
     Text words;
     while (words.size() < (1 << 20))
         words += L"word ";

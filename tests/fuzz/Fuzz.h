@@ -30,8 +30,9 @@ public:
     }
     uint32_t Below(uint32_t n) { return n == 0 ? 0 : static_cast<uint32_t>(Next() % n); }
     bool OneIn(uint32_t n) { return Below(n) == 0; }
-    template <typename T>
-    const T& Pick(const std::vector<T>& items) { return items[Below(static_cast<uint32_t>(items.size()))]; }
+    template <typename T> const T& Pick(const std::vector<T>& items) {
+        return items[Below(static_cast<uint32_t>(items.size()))];
+    }
 
 private:
     uint64_t state_;
@@ -55,11 +56,11 @@ std::string Escaped(const Text& text);  // as a wide C++ literal's contents, for
 
 struct Driver {
     const char* name;
-    std::vector<Text> seeds;                 // rows of the regular tests, mutated
-    std::function<Text(Rng&)> generate;      // optional grammar-following generator
+    std::vector<Text> seeds;                       // rows of the regular tests, mutated
+    std::function<Text(Rng&)> generate;            // optional grammar-following generator
     std::function<std::string(const Input&)> run;  // one call; the outcome, or throws Mismatch
-    bool cString = true;                     // the entry point takes a C string: inputs end at a NUL
-    size_t maxLength = SIZE_MAX;             // longer inputs are cut (entry points that touch the system)
+    bool cString = true;                           // the entry point takes a C string: inputs end at a NUL
+    size_t maxLength = SIZE_MAX;                   // longer inputs are cut (entry points that touch the system)
 };
 
 struct Row {  // a regression row: an input that once failed, run first on every pass

@@ -11,7 +11,12 @@ inline const Row kRegressionRows[] = {
     {"filename", L"\\tav<bad>\\d\\f.txt", 0},
     {"mkdir", L"\\\\tav<bad>\\share\\d\\f.txt", 1},
     // A composition in a path with an overlong part once gave a name relative to the current folder.
-    {"filename", L"C:\\dir\\nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn.txt", 3},
+    {"filename",
+     L"C:"
+     L"\\dir\\nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn"
+     L"nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn"
+     L"nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn.txt",
+     3},
     // The most negative count once overflowed the repeat loop.
     {"parser", L"{a -2147483648}", 0},
     // A count of 47 digits overflowed the reference model's own sum (found on the hardened build).

@@ -44,8 +44,8 @@ public:
             AppendMenuW(popup, MF_STRING, 100 * (top + 1) + 1, L"second");
             AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), top ? L"Edit" : L"File");
         }
-        window_ = CreateWindowExW(0, windowClass.lpszClassName, L"fuzz commands", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                                  10, 10, 300, 200, nullptr, bar, windowClass.hInstance, nullptr);
+        window_ = CreateWindowExW(0, windowClass.lpszClassName, L"fuzz commands", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10,
+                                  10, 300, 200, nullptr, bar, windowClass.hInstance, nullptr);
         Front();
     }
     ~CommandTarget() { DestroyWindow(window_); }
@@ -117,7 +117,9 @@ ExpectedScan ScanModel(const Text& script) {
         auto is = [&](const wchar_t* command) { return _wcsicmp(word.c_str(), command) == 0; };
         // Messages of the system's own range may be refused when posted or treated specially when sent:
         // only the command and the application range are expected to arrive as they were sent.
-        auto deliverable = [](UINT message) { return message == WM_COMMAND || (message >= WM_USER && message < 0x10000); };
+        auto deliverable = [](UINT message) {
+            return message == WM_COMMAND || (message >= WM_USER && message < 0x10000);
+        };
         if (is(L"{PostCommand") || is(L"{SendCommand")) {
             (is(L"{PostCommand") ? scan.posted : scan.sent).push_back({WM_COMMAND, number, 0});
             scan.anyCommand = true;
@@ -125,7 +127,8 @@ ExpectedScan ScanModel(const Text& script) {
             unsigned message = number, wParam = 0, lParam = 0;
             swscanf(rest, L"%x %x %x", &message, &wParam, &lParam);
             if (deliverable(message))
-                (is(L"{PostMessage") ? scan.posted : scan.sent).push_back({message, wParam, static_cast<LPARAM>(lParam)});
+                (is(L"{PostMessage") ? scan.posted : scan.sent)
+                    .push_back({message, wParam, static_cast<LPARAM>(lParam)});
             scan.anyCommand = true;
         } else if (is(L"{Menu")) {
             int top = 0, item = 0;
@@ -146,10 +149,19 @@ ExpectedScan ScanModel(const Text& script) {
 }
 
 Text CommandScript(Rng& rng) {
-    const std::vector<Text> words = {L"{PostCommand", L"{SendCommand", L"{SendMessage", L"{PostMessage", L"{Menu",
-                                     L"{postcommand", L"{MENU", L"{PostCommandX", L"{", L"PostCommand", L"x"};
-    const std::vector<Text> numbers = {L"0", L"1f4", L"8001", L"ffffffff", L"100000000", L"-1", L"x", L"",
-                                       L"400", L"7fff", L"111", L"0x10", L"1", L"2", L"-2147483648"};
+    const std::vector<Text> words = {L"{PostCommand",
+                                     L"{SendCommand",
+                                     L"{SendMessage",
+                                     L"{PostMessage",
+                                     L"{Menu",
+                                     L"{postcommand",
+                                     L"{MENU",
+                                     L"{PostCommandX",
+                                     L"{",
+                                     L"PostCommand",
+                                     L"x"};
+    const std::vector<Text> numbers = {L"0",   L"1f4",  L"8001", L"ffffffff", L"100000000", L"-1", L"x",          L"",
+                                       L"400", L"7fff", L"111",  L"0x10",     L"1",         L"2",  L"-2147483648"};
     const std::vector<Text> spaces = {L" ", L"  ", L"\t", L"\n", L"\r\n", L"\x3000", L""};
     Text script;
     for (uint32_t n = 1 + rng.Below(5); n > 0; --n) {
@@ -167,10 +179,19 @@ Text CommandScript(Rng& rng) {
 TEST(Fuzz, CommandWords) {
     CommandTarget target;
     ASSERT_TRUE(target.Front()) << "the test window did not become the foreground window";
-    std::vector<Text> seeds = {L"x{PostCommand 1f4}", L"{SendCommand 8001}", L"{SendMessage 400 1 2}",
-                               L"{PostMessage 401 ffffffff 7}", L"{Menu 0 1}", L"{Menu 1 0}{Menu 5 5}",
-                               L"{PostCommand}", L"a{PostCommand 1}b{SendCommand 2}", L"  {menu 1 1}", L""};
-    RunDriver({"commandwords", seeds, CommandScript, [&target](const Input& input) {
+    std::vector<Text> seeds = {L"x{PostCommand 1f4}",
+                               L"{SendCommand 8001}",
+                               L"{SendMessage 400 1 2}",
+                               L"{PostMessage 401 ffffffff 7}",
+                               L"{Menu 0 1}",
+                               L"{Menu 1 0}{Menu 5 5}",
+                               L"{PostCommand}",
+                               L"a{PostCommand 1}b{SendCommand 2}",
+                               L"  {menu 1 1}",
+                               L""};
+    RunDriver(
+        {"commandwords", seeds, CommandScript,
+         [&target](const Input& input) {
              Expect(target.Front(), "the test window lost the foreground");
              // The tail makes the script fail to parse when no command word runs, so that nothing is typed:
              // "}}" closes any brace the script leaves open, and a two-unit name is no key.
@@ -184,8 +205,8 @@ TEST(Fuzz, CommandWords) {
              else if (expected.anyCommand)
                  Expect(result == SKERR_NONE, "result " + Num(result) + ", the model says 0");
              else
-                 Expect(result != SKERR_NONE && result != SKERR_MENUFAILED, "result " + Num(result) +
-                                                                                ": nothing should have run");
+                 Expect(result != SKERR_NONE && result != SKERR_MENUFAILED,
+                        "result " + Num(result) + ": nothing should have run");
              auto inOrder = [](const std::vector<Message>& got, const std::vector<Message>& wanted, const char* how) {
                  size_t found = 0;
                  for (const Message& m : got)
@@ -204,8 +225,9 @@ TEST(Fuzz, CommandWords) {
 // ---- directory creation -------------------------------------------------------------------------------
 
 Text RelativePath(Rng& rng) {
-    const std::vector<Text> parts = {L"a", L"b", L"c", L"a b", L".", L"x<y", L"con", L"nul", L"dir.", L" ",
-                                     L"\x65E5\x672C", Text(200, L'l'), L"f.txt", L"*", L"", L"d"};
+    const std::vector<Text> parts = {
+        L"a",     L"b", L"c", L"a b", L".", L"x<y", L"con", L"nul", L"dir.", L" ", L"\x65E5\x672C", Text(200, L'l'),
+        L"f.txt", L"*", L"",  L"d"};
     Text path;
     for (uint32_t n = 1 + rng.Below(6); n > 0; --n)
         path += rng.Pick(parts) + (rng.OneIn(5) ? L"/" : L"\\");
@@ -217,32 +239,35 @@ Text RelativePath(Rng& rng) {
 TEST(Fuzz, MakeDirectory) {
     auto root = std::make_shared<std::unique_ptr<tavtest::TempDir>>(std::make_unique<tavtest::TempDir>(L"fuzzdir"));
     auto calls = std::make_shared<uint64_t>(0);
-    RunDriver({"mkdir", {L"a\\b\\c\\f.txt", L"a\\", L"x\\y\\z\\", L"a b\\c.d\\"}, RelativePath,
-         [root, calls](const Input& input) {
-             if (++*calls % 2000 == 0)  // a fresh root now and then keeps the tree small
-                 *root = std::make_unique<tavtest::TempDir>(L"fuzzdir");
-             Text relative = input.text;
-             for (size_t at = relative.find(L".."); at != Text::npos; at = relative.find(L"..", at))
-                 relative[at + 1] = L'_';  // never climb out of the root
-             Rng rng(input.choices);
-             // Mostly under the root; sometimes a path without a drive letter whose first folder cannot
-             // exist, so that creation fails all the way up to a lone backslash.
-             Text path = rng.OneIn(4) ? (rng.OneIn(2) ? L"\\" : L"\\\\") + Text(L"tav<bad>\\") + relative
-                                      : (**root).path() + L"\\" + relative;
-             CFileName name(path.c_str());
-             // Creation of a folder that is there already answers 0 (settled); the platform's own path rules
-             // (trailing blanks and dots, device names) decide the rest, so only that rule is checked.
-             CStdStr<wchar_t> folder = name.GetPath();
-             const std::wstring& under = (**root).path();
-             bool plain = folder.rfind(under, 0) == 0 &&
-                          folder.substr(under.size()).find_first_not_of(L"abcd\\") == std::wstring::npos;
-             DWORD before = GetFileAttributesW(folder.c_str());
-             bool existed = before != INVALID_FILE_ATTRIBUTES && (before & FILE_ATTRIBUTE_DIRECTORY);
-             int created = name.CreateDirectoryW(rng.OneIn(3) ? 0 : 1);
-             Expect(!(plain && existed && created != 0), "created a folder that existed: " + Narrow(folder));
-             return "c" + Num(created != 0) + " e" + Num(name.Exists());
-         },
-         true, 4096});
+    RunDriver({"mkdir",
+               {L"a\\b\\c\\f.txt", L"a\\", L"x\\y\\z\\", L"a b\\c.d\\"},
+               RelativePath,
+               [root, calls](const Input& input) {
+                   if (++*calls % 2000 == 0)  // a fresh root now and then keeps the tree small
+                       *root = std::make_unique<tavtest::TempDir>(L"fuzzdir");
+                   Text relative = input.text;
+                   for (size_t at = relative.find(L".."); at != Text::npos; at = relative.find(L"..", at))
+                       relative[at + 1] = L'_';  // never climb out of the root
+                   Rng rng(input.choices);
+                   // Mostly under the root; sometimes a path without a drive letter whose first folder cannot
+                   // exist, so that creation fails all the way up to a lone backslash.
+                   Text path = rng.OneIn(4) ? (rng.OneIn(2) ? L"\\" : L"\\\\") + Text(L"tav<bad>\\") + relative
+                                            : (**root).path() + L"\\" + relative;
+                   CFileName name(path.c_str());
+                   // Creation of a folder that is there already answers 0 (settled); the platform's own path rules
+                   // (trailing blanks and dots, device names) decide the rest, so only that rule is checked.
+                   CStdStr<wchar_t> folder = name.GetPath();
+                   const std::wstring& under = (**root).path();
+                   bool plain = folder.rfind(under, 0) == 0 &&
+                                folder.substr(under.size()).find_first_not_of(L"abcd\\") == std::wstring::npos;
+                   DWORD before = GetFileAttributesW(folder.c_str());
+                   bool existed = before != INVALID_FILE_ATTRIBUTES && (before & FILE_ATTRIBUTE_DIRECTORY);
+                   int created = name.CreateDirectoryW(rng.OneIn(3) ? 0 : 1);
+                   Expect(!(plain && existed && created != 0), "created a folder that existed: " + Narrow(folder));
+                   return "c" + Num(created != 0) + " e" + Num(name.Exists());
+               },
+               true,
+               4096});
 }
 
 // ---- command lines against real files -------------------------------------------------------------------
@@ -266,10 +291,28 @@ private:
 };
 
 Text Line(Rng& rng, const Text& root) {
-    const std::vector<Text> pieces = {root + L"\\prog", root + L"\\prog.exe", root + L"\\a b", root + L"\\x y.exe",
-                                      root + L"\\Program Files\\app.exe", root + L"\\folder", L"%FUZZROOT%\\app.exe",
-                                      L"%FUZZROOT%", L"%NOPE%", L"\"", L" ", L"  ", L"-x", L"/s", L"arg", L"\\",
-                                      L"notepad", L"notepad.exe", L".exe", L"\x00E9", L"%", L"\t"};
+    const std::vector<Text> pieces = {root + L"\\prog",
+                                      root + L"\\prog.exe",
+                                      root + L"\\a b",
+                                      root + L"\\x y.exe",
+                                      root + L"\\Program Files\\app.exe",
+                                      root + L"\\folder",
+                                      L"%FUZZROOT%\\app.exe",
+                                      L"%FUZZROOT%",
+                                      L"%NOPE%",
+                                      L"\"",
+                                      L" ",
+                                      L"  ",
+                                      L"-x",
+                                      L"/s",
+                                      L"arg",
+                                      L"\\",
+                                      L"notepad",
+                                      L"notepad.exe",
+                                      L".exe",
+                                      L"\x00E9",
+                                      L"%",
+                                      L"\t"};
     Text line;
     for (uint32_t n = 1 + rng.Below(6); n > 0; --n)
         line += rng.Pick(pieces);
@@ -289,8 +332,15 @@ bool ProgramExists(const Text& candidate) {
 }
 
 std::vector<Text> LineSeeds(const Text& root) {
-    return {L"\"" + root + L"\\Program Files\\app.exe\" -x", root + L"\\Program Files\\app.exe -x",
-            L"%FUZZROOT%\\app.exe a.txt", root + L"\\a b c", L"notepad arg", L"", L"\"", L" x", L"%WINDIR%\\notepad.exe a",
+    return {L"\"" + root + L"\\Program Files\\app.exe\" -x",
+            root + L"\\Program Files\\app.exe -x",
+            L"%FUZZROOT%\\app.exe a.txt",
+            root + L"\\a b c",
+            L"notepad arg",
+            L"",
+            L"\"",
+            L" x",
+            L"%WINDIR%\\notepad.exe a",
             L"\"" + root + L"\\a b\" arg"};
 }
 
@@ -298,28 +348,29 @@ TEST(Fuzz, ExtractProgram) {
     auto tree = std::make_shared<FileTree>();
     Text root = tree->path();
     RunDriver({"extractprogram", LineSeeds(root), [root](Rng& rng) { return Line(rng, root); },
-         [tree](const Input& input) {
-             CStdStr<wchar_t> program = L"untouched", args = L"untouched";
-             bool result = ExtractProgram(CStdStr<wchar_t>(input.text), program, args);
-             model::Extracted expected = model::ExtractProgram(input.text, ProgramExists);
-             Expect(result == expected.result, "result differs from the model's");
-             if (!result) {
-                 Expect(program == L"untouched" && args == L"untouched", "outputs touched on an empty line");
-                 return std::string("empty");
-             }
-             Expect(Same(program, expected.program),
-                    "program \"" + Narrow(program) + "\", the model says \"" + Narrow(expected.program) + "\"");
-             Expect(Same(args, expected.args),
-                    "args \"" + Narrow(args) + "\", the model says \"" + Narrow(expected.args) + "\"");
-             return std::string(args.empty() ? "whole" : "split");
-         },
-         true, 4096});
+               [tree](const Input& input) {
+                   CStdStr<wchar_t> program = L"untouched", args = L"untouched";
+                   bool result = ExtractProgram(CStdStr<wchar_t>(input.text), program, args);
+                   model::Extracted expected = model::ExtractProgram(input.text, ProgramExists);
+                   Expect(result == expected.result, "result differs from the model's");
+                   if (!result) {
+                       Expect(program == L"untouched" && args == L"untouched", "outputs touched on an empty line");
+                       return std::string("empty");
+                   }
+                   Expect(Same(program, expected.program),
+                          "program \"" + Narrow(program) + "\", the model says \"" + Narrow(expected.program) + "\"");
+                   Expect(Same(args, expected.args),
+                          "args \"" + Narrow(args) + "\", the model says \"" + Narrow(expected.args) + "\"");
+                   return std::string(args.empty() ? "whole" : "split");
+               },
+               true, 4096});
 }
 
 TEST(Fuzz, IsValidFile) {
     auto tree = std::make_shared<FileTree>();
     Text root = tree->path();
-    RunDriver({"isvalidfile", LineSeeds(root), [root](Rng& rng) { return Line(rng, root) + (rng.OneIn(3) ? L"\\\\" : L""); },
+    RunDriver(
+        {"isvalidfile", LineSeeds(root), [root](Rng& rng) { return Line(rng, root) + (rng.OneIn(3) ? L"\\\\" : L""); },
          [tree](const Input& input) {
              bool stripArgs = (input.choices & 1) != 0;
              Text copy = input.text;
@@ -370,45 +421,48 @@ TEST(Fuzz, VerInfo) {
     size_t at = original.find(std::string(signature, sizeof signature - 1));
     ASSERT_NE(at, std::string::npos);
     const size_t block = at - 6;
-    const size_t blockLength = static_cast<unsigned char>(original[block]) | (static_cast<unsigned char>(original[block + 1]) << 8);
+    const size_t blockLength =
+        static_cast<unsigned char>(original[block]) | (static_cast<unsigned char>(original[block + 1]) << 8);
     auto dir = std::make_shared<tavtest::TempDir>(L"fuzzver");
     auto turn = std::make_shared<uint64_t>(0);
     RunDriver({"verinfo", {L""}, nullptr, [=](const Input& input) {
-             Rng rng(input.choices);
-             std::string bytes = original;
-             auto put16 = [&](size_t offset, unsigned value) {
-                 bytes[offset] = static_cast<char>(value & 0xFF);
-                 bytes[offset + 1] = static_cast<char>(value >> 8);
-             };
-             for (uint32_t n = rng.Below(6); n > 0; --n) {
-                 size_t offset = block + (rng.Below(static_cast<uint32_t>(blockLength)) & ~size_t{1});
-                 switch (rng.Below(4)) {
-                 case 0: bytes[offset] ^= static_cast<char>(1u << rng.Below(8)); break;  // a flipped bit
-                 case 1: put16(offset, rng.Below(0x10000)); break;                       // any 16-bit value
-                 case 2:                                                                 // a length that lies
-                     put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000, static_cast<unsigned>(blockLength) + 2}[rng.Below(7)]);
-                     break;
-                 default: put16(block, rng.Below(static_cast<uint32_t>(blockLength) + 1)); break;  // truncated
-                 }
-             }
-             std::wstring path = (*dir) / (L"copy" + std::to_wstring(++*turn % 4) + L".dll");
-             tavtest::WriteFileBytes(path, bytes);
-             CVerInfo info;
-             int loaded = info.Init(path.c_str());
-             int fields = 0;
-             for (int field = 0; field <= 15; ++field) {
-                 CStdStr<wchar_t> value;
-                 fields += info.GetField(static_cast<VERFIELD>(field), value) != 0;
-             }
-             CVerNum number;
-             info.GetFileVersionNum(&number);
-             info.GetProductVersionNum(&number);
-             Expect(wcslen(info.GetLanguageCode()) <= 4 && wcslen(info.GetKbdCodePage()) <= 4, "codes of four digits");
-             CVerInfo copy = info;
-             CStdStr<wchar_t> company;
-             copy.GetField(VF_CompanyName, company);
-             return "i" + Num(loaded != 0) + " f" + Num(fields);
-         }});
+                   Rng rng(input.choices);
+                   std::string bytes = original;
+                   auto put16 = [&](size_t offset, unsigned value) {
+                       bytes[offset] = static_cast<char>(value & 0xFF);
+                       bytes[offset + 1] = static_cast<char>(value >> 8);
+                   };
+                   for (uint32_t n = rng.Below(6); n > 0; --n) {
+                       size_t offset = block + (rng.Below(static_cast<uint32_t>(blockLength)) & ~size_t{1});
+                       switch (rng.Below(4)) {
+                       case 0: bytes[offset] ^= static_cast<char>(1u << rng.Below(8)); break;  // a flipped bit
+                       case 1: put16(offset, rng.Below(0x10000)); break;                       // any 16-bit value
+                       case 2:                                                                 // a length that lies
+                           put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000,
+                                                               static_cast<unsigned>(blockLength) + 2}[rng.Below(7)]);
+                           break;
+                       default: put16(block, rng.Below(static_cast<uint32_t>(blockLength) + 1)); break;  // truncated
+                       }
+                   }
+                   std::wstring path = (*dir) / (L"copy" + std::to_wstring(++*turn % 4) + L".dll");
+                   tavtest::WriteFileBytes(path, bytes);
+                   CVerInfo info;
+                   int loaded = info.Init(path.c_str());
+                   int fields = 0;
+                   for (int field = 0; field <= 15; ++field) {
+                       CStdStr<wchar_t> value;
+                       fields += info.GetField(static_cast<VERFIELD>(field), value) != 0;
+                   }
+                   CVerNum number;
+                   info.GetFileVersionNum(&number);
+                   info.GetProductVersionNum(&number);
+                   Expect(wcslen(info.GetLanguageCode()) <= 4 && wcslen(info.GetKbdCodePage()) <= 4,
+                          "codes of four digits");
+                   CVerInfo copy = info;
+                   CStdStr<wchar_t> company;
+                   copy.GetField(VF_CompanyName, company);
+                   return "i" + Num(loaded != 0) + " f" + Num(fields);
+               }});
 }
 
 // ---- the text-file reader ------------------------------------------------------------------------------
@@ -416,7 +470,10 @@ TEST(Fuzz, VerInfo) {
 TEST(Fuzz, TextFile) {
     auto dir = std::make_shared<tavtest::TempDir>(L"fuzztext");
     CreateDirectoryW(((*dir) / L"folder").c_str(), nullptr);
-    RunDriver({"textfile", {L"plain.txt", L"folder", L"missing.txt", L"", L"a\x00E9.txt"}, nullptr,
+    RunDriver(
+        {"textfile",
+         {L"plain.txt", L"folder", L"missing.txt", L"", L"a\x00E9.txt"},
+         nullptr,
          [dir](const Input& input) {
              Rng rng(input.choices);
              Text name = input.text;
@@ -453,7 +510,8 @@ TEST(Fuzz, TextFile) {
              Expect(!file.GetNextLine(line) && line.empty(), "no line reading");
              return "w" + Num(write) + " r" + Num(read) + " s" + Num(bytes.size() > 2 ? 3 : bytes.size());
          },
-         true, 200});
+         true,
+         200});
 }
 
 // ---- registry values ------------------------------------------------------------------------------------
@@ -461,21 +519,25 @@ TEST(Fuzz, TextFile) {
 TEST(Fuzz, Registry) {
     const std::wstring keyPath = L"Software\\TavUtilFuzz\\" + std::to_wstring(GetCurrentProcessId());
     HKEY raw = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
-                                             nullptr, &raw, nullptr));
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                                             &raw, nullptr));
     auto key = std::shared_ptr<HKEY__>(raw, [keyPath](HKEY k) {
         RegCloseKey(k);
         RegDeleteTreeW(HKEY_CURRENT_USER, keyPath.c_str());
         RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\TavUtilFuzz");
     });
-    RunDriver({"registry", {L"", L"value", L"Name With Blanks", L"\x00E9", L"a\\b"}, nullptr,
+    RunDriver(
+        {"registry",
+         {L"", L"value", L"Name With Blanks", L"\x00E9", L"a\\b"},
+         nullptr,
          [key, keyPath](const Input& input) {
              Rng rng(input.choices);
-             const DWORD types[] = {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN,
-                                    REG_LINK, REG_MULTI_SZ, REG_QWORD, 0x12345678, REG_SZ, REG_SZ, REG_DWORD};
+             const DWORD types[] = {REG_NONE, REG_SZ,       REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN,
+                                    REG_LINK, REG_MULTI_SZ, REG_QWORD,     0x12345678, REG_SZ,    REG_SZ,
+                                    REG_DWORD};
              DWORD type = types[rng.Below(sizeof types / sizeof *types)];
-             size_t length = rng.OneIn(3) ? std::vector<size_t>{0, 1, 2, 3, 4, 7, 8, 16, 20, 4096}[rng.Below(10)]
-                                          : rng.Below(80);
+             size_t length =
+                 rng.OneIn(3) ? std::vector<size_t>{0, 1, 2, 3, 4, 7, 8, 16, 20, 4096}[rng.Below(10)] : rng.Below(80);
              if (rng.OneIn(500))
                  length = 70000 + rng.Below(3);
              std::vector<BYTE> data(length);
@@ -530,7 +592,8 @@ TEST(Fuzz, Registry) {
              return "w" + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" + Num(status) + " b" +
                     Num(binary) + " r" + Num(shapes) + " f" + Num(fonts);
          },
-         true, 20000});
+         true,
+         20000});
 }
 
 }  // namespace

@@ -86,8 +86,7 @@ TEST_F(KeysCliTyping, TypeVerbTypesTextLiterally) {
 // --per-key spaces the events (checked from below only); --delay waits before the first, as for keys.
 TEST_F(KeysCliTyping, PerKeyPacesTypeAndKeys) {
     keytest::TextRecorder recorder;
-    for (const wchar_t* command :
-         {L"type --per-key 30 --delay 10 abc", L"keys --delay 10 --per-key 30 abc"}) {
+    for (const wchar_t* command : {L"type --per-key 30 --delay 10 abc", L"keys --delay 10 --per-key 30 abc"}) {
         recorder.Clear();
         tavtest::ChildResult run = Tavutil(command);
         EXPECT_EQ(0u, run.exitCode) << run.output;

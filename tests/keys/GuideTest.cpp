@@ -79,10 +79,10 @@ std::vector<Example> ExamplesOf(const std::wstring& guide) {
 
 // A queued key as the guide names it: the script's own key name, the character the key types, or its code.
 std::wstring KeyName(WORD code) {
-    static const wchar_t* const names[] = {
-        L"ENTER",    L"TAB",     L"ESC",       L"BACKSPACE", L"DELETE", L"INSERT", L"LEFT",
-        L"RIGHT",    L"UP",      L"DOWN",      L"PGUP",      L"PGDN",   L"HOME",   L"END",
-        L"CAPSLOCK", L"NUMLOCK", L"SCROLLOCK", L"HELP",      L"PRTSC",  L"CLEAR",  L"SLEEP"};
+    static const wchar_t* const names[] = {L"ENTER", L"TAB",   L"ESC",      L"BACKSPACE", L"DELETE",    L"INSERT",
+                                           L"LEFT",  L"RIGHT", L"UP",       L"DOWN",      L"PGUP",      L"PGDN",
+                                           L"HOME",  L"END",   L"CAPSLOCK", L"NUMLOCK",   L"SCROLLOCK", L"HELP",
+                                           L"PRTSC", L"CLEAR", L"SLEEP"};
     for (const wchar_t* name : names)
         if (tav::keys::LookupKeyName(name) == code)
             return name;
@@ -182,8 +182,7 @@ TEST_F(KeysGuide, EveryExampleQueuesTheKeysTheGuideLists) {
     for (const Example& example : examples_) {
         if (example.keys == kWindowCommand)
             continue;
-        const std::string where =
-            "guide line " + std::to_string(example.line) + ": " + tavtest::Narrow(example.script);
+        const std::string where = "guide line " + std::to_string(example.line) + ": " + tavtest::Narrow(example.script);
         SKERR result = tav::keys::ParseKeyScript(example.script.c_str());
         std::wstring expected = example.keys;
         if (SKERR error = ErrorNamed(example.keys)) {
@@ -207,8 +206,7 @@ TEST_F(KeysGuide, WindowCommandExamplesSendACommandAndTypeNothing) {
     for (const Example& example : examples_) {
         if (example.keys != kWindowCommand)
             continue;
-        const std::string where =
-            "guide line " + std::to_string(example.line) + ": " + tavtest::Narrow(example.script);
+        const std::string where = "guide line " + std::to_string(example.line) + ": " + tavtest::Narrow(example.script);
         recorder.Clear();
         EXPECT_EQ(SKERR_NONE, tav::keys::RunKeyScript(example.script.c_str())) << where;
         EXPECT_TRUE(tavtest::WaitUntil([&] { return !recorder.messages.empty(); })) << where;

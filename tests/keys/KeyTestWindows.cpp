@@ -65,10 +65,10 @@ std::string Describe(const std::vector<KeyEvent>& events) {
 
 EditWindow::EditWindow() {
     RegisterClassOnce(kEditHostClass, EditHostProc);
-    window_ = CreateWindowExW(0, kEditHostClass, L"keys test: Edit", WS_OVERLAPPEDWINDOW, 40, 40, 500, 300,
-                              nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
-    edit_ = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL,
-                            0, 0, 480, 260, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
+    window_ = CreateWindowExW(0, kEditHostClass, L"keys test: Edit", WS_OVERLAPPEDWINDOW, 40, 40, 500, 300, nullptr,
+                              nullptr, GetModuleHandleW(nullptr), nullptr);
+    edit_ = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL, 0,
+                            0, 480, 260, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
     EXPECT_TRUE(tavtest::BringToFront(window_, edit_)) << "the Edit window did not come to the front";
 }
 
@@ -95,8 +95,8 @@ std::wstring EditWindow::WaitForText(const std::wstring& expected, DWORD timeout
 
 RecorderWindow::RecorderWindow(bool withMenu) {
     RegisterClassOnce(kRecorderClass, Proc);
-    window_ = CreateWindowExW(0, kRecorderClass, L"keys test: recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400, 200,
-                              nullptr, withMenu ? MakeMenuBar() : nullptr, GetModuleHandleW(nullptr), this);
+    window_ = CreateWindowExW(0, kRecorderClass, L"keys test: recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400, 200, nullptr,
+                              withMenu ? MakeMenuBar() : nullptr, GetModuleHandleW(nullptr), this);
     EXPECT_TRUE(tavtest::BringToFront(window_, window_)) << "the recorder did not come to the front";
     EXPECT_TRUE(Settle()) << "the recorder's queue did not settle";
     Clear();
@@ -127,8 +127,7 @@ LRESULT CALLBACK RecorderWindow::Proc(HWND window, UINT message, WPARAM wParam, 
             self->keys.push_back({message, static_cast<UINT>(wParam), (lParam & (1 << 24)) != 0});
         return 0;  // no menu activation by Alt or F10: the recorder only records
     case WM_SYSCHAR:
-    case WM_CHAR:
-        return 0;
+    case WM_CHAR: return 0;
     case WM_COMMAND:
     case WM_INITMENU:
     case WM_INITMENUPOPUP:

@@ -47,11 +47,8 @@ TEST_F(KeysPaced, ScriptsSendTheSameEventsSpacedByTheDelay) {
         const wchar_t* script;
         size_t events;
     } rows[] = {
-        {L"+(ab)c~", 10},
-        {L"%a", 4},
-        {L"{BREAK}x{BREAK}", 4},
-        {L"{a 3}{TAB}", 8},
-        {L"[+x]", 2},  // hold: Shift and x go down and are listed; their releases are dropped
+        {L"+(ab)c~", 10},   {L"%a", 4},   {L"{BREAK}x{BREAK}", 4},
+        {L"{a 3}{TAB}", 8}, {L"[+x]", 2},  // hold: Shift and x go down and are listed; their releases are dropped
     };
     TextRecorder recorder;
     for (const auto& row : rows) {

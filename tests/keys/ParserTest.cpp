@@ -132,8 +132,8 @@ TEST(KeysParser, GroupsNest) {
         {L"(", SKERR_MISSINGCLOSEPAREN, {}},
         {L"(()", SKERR_MISSINGCLOSEPAREN, {}},
         {L"(+", SKERR_MISSINGCLOSEPAREN, {}},
-        {L"({}", SKERR_MISSINGCLOSEPAREN, {}},     // an error at the end of the script inside a group
-        {L"({ENTR})", SKERR_INVALIDKEY, {}},       // an error before the end keeps its own code
+        {L"({}", SKERR_MISSINGCLOSEPAREN, {}},  // an error at the end of the script inside a group
+        {L"({ENTR})", SKERR_INVALIDKEY, {}},    // an error before the end keeps its own code
         {L"(a{ENTER 0})", SKERR_INVALIDCOUNT, {}},
         // A failed item moves the cursor one on: here onto the end, where the outer group finds it open.
         {L"({x", SKERR_MISSINGCLOSEBRACE, {}},
@@ -147,7 +147,7 @@ TEST(KeysParser, BracedKeysAndCounts) {
         {L"{ENTER}", SKERR_NONE, {0x0D}},
         {L"{ENTER 3}", SKERR_NONE, {0x0D, 0x0D, 0x0D}},
         {L"{ENTER   3}", SKERR_NONE, {0x0D, 0x0D, 0x0D}},
-        {L"{TAB 2x}", SKERR_NONE, {0x09, 0x09}},        // text after the count is ignored
+        {L"{TAB 2x}", SKERR_NONE, {0x09, 0x09}},  // text after the count is ignored
         {L"{TAB 2 and more}", SKERR_NONE, {0x09, 0x09}},
         {L"{enter}{Enter}{eNtEr}", SKERR_NONE, {0x0D, 0x0D, 0x0D}},
         {L"{f12}{Pgdn}{del}", SKERR_NONE, {0x7B, 0x22, 0x2E}},
@@ -157,8 +157,7 @@ TEST(KeysParser, BracedKeysAndCounts) {
         {L"{}}", SKERR_NONE, Char(L'}')},
         {L"{{}", SKERR_NONE, Char(L'{')},
         {L"{} 2}", SKERR_NONE, Char(L'}', 2)},
-        {L"{+}{^}{%}{~}{(}{)}{[}{]}{*}",
-         SKERR_NONE,
+        {L"{+}{^}{%}{~}{(}{)}{[}{]}{*}", SKERR_NONE,
          Cat({Braced(L'+'), Braced(L'^'), Braced(L'%'), Braced(L'~'), Braced(L'('), Braced(L')'), Braced(L'['),
               Braced(L']'), Braced(L'*')})},
         {L"{QUEUESYNC}", SKERR_NONE, {}},
@@ -170,10 +169,10 @@ TEST(KeysParser, BracedKeysAndCounts) {
         {L"{ENTER x}", SKERR_INVALIDCOUNT, {}},
         {L"{ENTER }", SKERR_INVALIDCOUNT, {}},
         {L"{ENTR}", SKERR_INVALIDKEY, {}},
-        {L"{ENTR 0}", SKERR_INVALIDKEY, {}},           // the name is checked before the count
-        {L"{ENTER 0", SKERR_INVALIDCOUNT, {}},         // the count before the closing brace
+        {L"{ENTR 0}", SKERR_INVALIDKEY, {}},    // the name is checked before the count
+        {L"{ENTER 0", SKERR_INVALIDCOUNT, {}},  // the count before the closing brace
         {L"{ENTER x", SKERR_INVALIDCOUNT, {}},
-        {L"{QUEUESYNC 0}", SKERR_INVALIDCOUNT, {}},    // QUEUESYNC's count is checked all the same
+        {L"{QUEUESYNC 0}", SKERR_INVALIDCOUNT, {}},  // QUEUESYNC's count is checked all the same
         {L"{\x4E2D 0}", SKERR_INVALIDCOUNT, {}},
         {L"{ 3}", SKERR_INVALIDKEY, {}},
         {L"{ab}", SKERR_INVALIDKEY, {}},
@@ -190,14 +189,14 @@ TEST(KeysParser, EveryKeyNameOfTheTable) {
         WORD code;
     };
     const Row rows[] = {
-        {L"QUEUESYNC", 0xFFFF}, {L"CAPSLOCK", 0x14}, {L"NUMLOCK", 0x90}, {L"SCROLLOCK", 0x91}, {L"ESCAPE", 0x1B},
-        {L"ESC", 0x1B},         {L"ENTER", 0x0D},    {L"HELP", 0x2F},    {L"PRTSC", 0x2C},     {L"TAB", 0x09},
-        {L"BREAK", 0x11},       {L"CLEAR", 0x0C},    {L"BACKSPACE", 0x08}, {L"BS", 0x08},      {L"BKSP", 0x08},
-        {L"DELETE", 0x2E},      {L"DEL", 0x2E},      {L"INSERT", 0x2D},  {L"LEFT", 0x25},      {L"RIGHT", 0x27},
-        {L"UP", 0x26},          {L"DOWN", 0x28},     {L"PGUP", 0x21},    {L"PGDN", 0x22},      {L"HOME", 0x24},
-        {L"END", 0x23},         {L"F1", 0x70},       {L"F2", 0x71},      {L"F3", 0x72},        {L"F4", 0x73},
-        {L"F5", 0x74},          {L"F6", 0x75},       {L"F7", 0x76},      {L"F8", 0x77},        {L"F9", 0x78},
-        {L"F10", 0x79},         {L"F11", 0x7A},      {L"F12", 0x7B},     {L"F13", 0x7C},       {L"F14", 0x7D},
+        {L"QUEUESYNC", 0xFFFF}, {L"CAPSLOCK", 0x14}, {L"NUMLOCK", 0x90},   {L"SCROLLOCK", 0x91}, {L"ESCAPE", 0x1B},
+        {L"ESC", 0x1B},         {L"ENTER", 0x0D},    {L"HELP", 0x2F},      {L"PRTSC", 0x2C},     {L"TAB", 0x09},
+        {L"BREAK", 0x11},       {L"CLEAR", 0x0C},    {L"BACKSPACE", 0x08}, {L"BS", 0x08},        {L"BKSP", 0x08},
+        {L"DELETE", 0x2E},      {L"DEL", 0x2E},      {L"INSERT", 0x2D},    {L"LEFT", 0x25},      {L"RIGHT", 0x27},
+        {L"UP", 0x26},          {L"DOWN", 0x28},     {L"PGUP", 0x21},      {L"PGDN", 0x22},      {L"HOME", 0x24},
+        {L"END", 0x23},         {L"F1", 0x70},       {L"F2", 0x71},        {L"F3", 0x72},        {L"F4", 0x73},
+        {L"F5", 0x74},          {L"F6", 0x75},       {L"F7", 0x76},        {L"F8", 0x77},        {L"F9", 0x78},
+        {L"F10", 0x79},         {L"F11", 0x7A},      {L"F12", 0x7B},       {L"F13", 0x7C},       {L"F14", 0x7D},
         {L"F15", 0x7E},         {L"F16", 0x7F},      {L"SLEEP", 0x5F},
     };
     ASSERT_EQ(43u, std::size(rows));

@@ -15,11 +15,11 @@ void ReleaseByHand(const std::set<BYTE>& keys) {
 
 std::string ScriptText(const std::wstring& script) {
     std::string text;
-    int size = WideCharToMultiByte(CP_UTF8, 0, script.c_str(), static_cast<int>(script.size()), nullptr, 0,
-                                   nullptr, nullptr);
+    int size =
+        WideCharToMultiByte(CP_UTF8, 0, script.c_str(), static_cast<int>(script.size()), nullptr, 0, nullptr, nullptr);
     text.resize(static_cast<size_t>(size));
-    WideCharToMultiByte(CP_UTF8, 0, script.c_str(), static_cast<int>(script.size()), text.data(), size,
-                        nullptr, nullptr);
+    WideCharToMultiByte(CP_UTF8, 0, script.c_str(), static_cast<int>(script.size()), text.data(), size, nullptr,
+                        nullptr);
     return text;
 }
 

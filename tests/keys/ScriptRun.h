@@ -12,8 +12,8 @@ namespace keytest {
 
 struct ScriptOutcome {
     bool ok = true;
-    std::string problem;     // what differed from the rules, when !ok
-    bool leftKeys = false;   // the rules left keys down after the run (hold or BREAK)
+    std::string problem;         // what differed from the rules, when !ok
+    bool leftKeys = false;       // the rules left keys down after the run (hold or BREAK)
     bool beyondRelease = false;  // ...and some of them are neither listed for SendKeys_ReleaseAll nor Control
 };
 

@@ -13,8 +13,8 @@ namespace {
 
 using keytest::EditWindow;
 using keytest::PressedKeys;
-using tavtest::WaitUntil;
 using keytest::TextRecorder;
+using tavtest::WaitUntil;
 
 class KeysText : public keytest::KeysTest {};
 
@@ -45,8 +45,8 @@ TEST_F(KeysText, NotepadShowsExactlyTheText) {
     EXPECT_EQ(SKERR_NONE, SendText(kMixedText));
     auto text = [&] {
         std::wstring buffer(4096, L'\0');
-        buffer.resize(static_cast<size_t>(SendMessageW(notepad.edit, WM_GETTEXT, buffer.size(),
-                                                       reinterpret_cast<LPARAM>(buffer.data()))));
+        buffer.resize(static_cast<size_t>(
+            SendMessageW(notepad.edit, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(buffer.data()))));
         return buffer;
     };
     WaitUntil([&] { return text() == kMixedTextInAnEdit; }, 10000);
@@ -63,14 +63,13 @@ std::string ExpectedMessages(const std::wstring& text, size_t& count) {
         if (unit == L'\r' || unit == L'\n') {
             if (unit == L'\r' && i + 1 < text.size() && text[i + 1] == L'\n')
                 ++i;
-            expected += TextRecorder::Describe(WM_KEYDOWN, VK_RETURN, 0) +
-                        TextRecorder::Describe(WM_KEYUP, VK_RETURN, 0);
-        } else if (unit == L'\t') {
             expected +=
-                TextRecorder::Describe(WM_KEYDOWN, VK_TAB, 0) + TextRecorder::Describe(WM_KEYUP, VK_TAB, 0);
+                TextRecorder::Describe(WM_KEYDOWN, VK_RETURN, 0) + TextRecorder::Describe(WM_KEYUP, VK_RETURN, 0);
+        } else if (unit == L'\t') {
+            expected += TextRecorder::Describe(WM_KEYDOWN, VK_TAB, 0) + TextRecorder::Describe(WM_KEYUP, VK_TAB, 0);
         } else {
-            expected += TextRecorder::Describe(WM_KEYDOWN, VK_PACKET, unit) +
-                        TextRecorder::Describe(WM_KEYUP, VK_PACKET, unit);
+            expected +=
+                TextRecorder::Describe(WM_KEYDOWN, VK_PACKET, unit) + TextRecorder::Describe(WM_KEYUP, VK_PACKET, unit);
         }
         count += 2;
     }
@@ -86,9 +85,8 @@ TEST_F(KeysText, RecorderSeesOnePacketPressPerUnit) {
     recorder.WaitForKeyMessages(count);
     EXPECT_EQ(expected, recorder.DescribeKeys());
     // The characters the window made of them: the text, with a CR for each Enter.
-    EXPECT_EQ(tavtest::Narrow(
-                  L"Gr\u00FC\u00DFe, caf\u00E9 \u20AC5 \u674E\u660E \U0001F600!\r+^%~()[]{}*\rtab\there\r"
-                  L"two\r\rbreaks"),
+    EXPECT_EQ(tavtest::Narrow(L"Gr\u00FC\u00DFe, caf\u00E9 \u20AC5 \u674E\u660E \U0001F600!\r+^%~()[]{}*\rtab\there\r"
+                              L"two\r\rbreaks"),
               tavtest::Narrow(recorder.Characters()));
     EXPECT_TRUE(PressedKeys().empty());
 }

@@ -30,8 +30,8 @@ public:
             wc.lpszClassName = kClass;
             RegisterClassW(&wc);
         }
-        window_ = CreateWindowExW(0, kClass, L"keys test: text recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400,
-                                  200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
+        window_ = CreateWindowExW(0, kClass, L"keys test: text recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400, 200,
+                                  nullptr, nullptr, GetModuleHandleW(nullptr), this);
         EXPECT_TRUE(tavtest::BringToFront(window_, window_)) << "the text recorder did not come to the front";
         EXPECT_TRUE(tavtest::Settle(window_)) << "the text recorder's queue did not settle";
         Clear();
@@ -99,9 +99,8 @@ private:
 
     static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         if (message == WM_NCCREATE)
-            SetWindowLongPtrW(
-                window, GWLP_USERDATA,
-                reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
+            SetWindowLongPtrW(window, GWLP_USERDATA,
+                              reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
         auto* self = reinterpret_cast<TextRecorder*>(GetWindowLongPtrW(window, GWLP_USERDATA));
         if (message >= WM_KEYFIRST && message <= WM_KEYLAST) {
             if (self) {

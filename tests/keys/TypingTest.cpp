@@ -53,8 +53,7 @@ TEST_F(KeysTyping, EditReceivesWhatTheScriptMeans) {
     for (const Row& row : rows) {
         edit.Clear();
         EXPECT_EQ(SKERR_NONE, SendKeys(row.script));
-        EXPECT_EQ(row.typed, edit.WaitForText(row.typed))
-            << "script " << tavtest::Narrow(row.script);
+        EXPECT_EQ(row.typed, edit.WaitForText(row.typed)) << "script " << tavtest::Narrow(row.script);
         EXPECT_TRUE(NoKeyPressed()) << "after script " << tavtest::Narrow(row.script);
     }
 }
@@ -110,7 +109,7 @@ TEST_F(KeysTyping, EventOrderOfModifiersGroupsAndRepeats) {
         {L"~{TAB}", {Down(VK_RETURN), Up(VK_RETURN), Down(VK_TAB), Up(VK_TAB)}},
         {L"{RIGHT}{F5}",
          {Down(VK_RIGHT, Extended(VK_RIGHT)), Up(VK_RIGHT, Extended(VK_RIGHT)), Down(VK_F5), Up(VK_F5)}},
-        {L"+", {Down(VK_SHIFT), Up(VK_SHIFT)}},                 // a modifier at the end wraps nothing
+        {L"+", {Down(VK_SHIFT), Up(VK_SHIFT)}},                   // a modifier at the end wraps nothing
         {L"{BREAK}{BREAK}", {Down(VK_CONTROL), Up(VK_CONTROL)}},  // BREAK is Control: twice is down, up
         // The toggles make a shifted character inside + come out unshifted (Shift, Shift, }, Shift, Shift).
         {L"+{}}", {Down(VK_SHIFT), Up(VK_SHIFT), Down(VK_OEM_6), Up(VK_OEM_6), Down(VK_SHIFT), Up(VK_SHIFT)}},

@@ -128,8 +128,8 @@ TEST_F(CommandLineTest, EnvironmentVariablesAreExpandedBeforeSplitting) {
     EXPECT_EQ(program, Str(windir + L"\\notepad.exe"));
     EXPECT_EQ(args, Str(L" a.txt"));
 
-    ASSERT_TRUE(ExtractProgram(L"\"%TAVTEST_LAUNCHDIR%\\Program Files\\App\\app.exe\" -x %TAVTEST_LAUNCHDIR%",
-                               program, args));
+    ASSERT_TRUE(
+        ExtractProgram(L"\"%TAVTEST_LAUNCHDIR%\\Program Files\\App\\app.exe\" -x %TAVTEST_LAUNCHDIR%", program, args));
     EXPECT_EQ(program, Str(app_));
     EXPECT_EQ(args, Str(L" -x " + dir_.path()));
 }

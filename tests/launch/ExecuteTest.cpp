@@ -174,9 +174,7 @@ int AltPressesDuringShellLaunch() {
     return front.AltPresses();
 }
 
-TEST(ExecuteProgram, ShellLaunchWithCompositionMakesNoGrab) {
-    EXPECT_EQ(AltPressesDuringShellLaunch(), 0);
-}
+TEST(ExecuteProgram, ShellLaunchWithCompositionMakesNoGrab) { EXPECT_EQ(AltPressesDuringShellLaunch(), 0); }
 
 // Runs in a copy of the test executable in which "dwmapi.dll" cannot be loaded.
 TEST(ExecuteProgram, DISABLED_ShellLaunchWithoutCompositionGrabs) {

@@ -47,9 +47,7 @@ protected:
     std::vector<std::unique_ptr<tavtest::RegistryFixture>> fixtures_;
 };
 
-TEST_F(MessengersTest, NothingRegisteredFindsNothing) {
-    EXPECT_EQ(Available({L"X"}), List({L"X"}));
-}
+TEST_F(MessengersTest, NothingRegisteredFindsNothing) { EXPECT_EQ(Available({L"X"}), List({L"X"})); }
 
 TEST_F(MessengersTest, OnlyMsnAndYahooAreAppendedInListOrder) {
     Register(kYahooKey, L"\"" + Program(L"Yahoo Messenger", L"YahooMessenger.exe") + L"\" \"%1\"");
@@ -89,7 +87,7 @@ TEST_F(MessengersTest, NamesAreMatchedExactly) {
     EXPECT_EQ(LaunchMessenger(L"Skype"), 0);
     EXPECT_EQ(LaunchMessenger(L"AIM Triton"), 0);
     EXPECT_EQ(LaunchMessenger(L"Yahoo! Messenger"), 0);  // not registered
-    EXPECT_FALSE(report_.Wait(500));                       // nothing was started
+    EXPECT_FALSE(report_.Wait(500));                     // nothing was started
 }
 
 TEST_F(MessengersTest, LaunchStartsTheRegisteredProgram) {

@@ -61,9 +61,9 @@ TEST_F(LogCapture, DebugLevelsIndentTheirMessageByTabs) {
         VelmLogLevel level;
         const char* name;
         const char* indent;
-    } rows[] = {{ERROR_LEVEL, "ERROR  ", ""},      {WARNING_LEVEL, "WARNING", ""},
-                {INFO_LEVEL, "INFO   ", ""},       {DEBUG_LEVEL, "DEBUG  ", ""},
-                {DEBUG1_LEVEL, "DEBUG1 ", "\t"},   {DEBUG2_LEVEL, "DEBUG2 ", "\t\t"},
+    } rows[] = {{ERROR_LEVEL, "ERROR  ", ""},        {WARNING_LEVEL, "WARNING", ""},
+                {INFO_LEVEL, "INFO   ", ""},         {DEBUG_LEVEL, "DEBUG  ", ""},
+                {DEBUG1_LEVEL, "DEBUG1 ", "\t"},     {DEBUG2_LEVEL, "DEBUG2 ", "\t\t"},
                 {DEBUG3_LEVEL, "DEBUG3 ", "\t\t\t"}, {DEBUG4_LEVEL, "DEBUG4 ", "\t\t\t\t"}};
     std::string expected;
     for (const auto& row : rows) {
@@ -96,8 +96,8 @@ TEST_F(LogCapture, FromStringIsExactAndCaseSensitive) {
     const struct {
         const wchar_t* text;
         VelmLogLevel level;
-    } rows[] = {{L"DEBUG4", DEBUG4_LEVEL}, {L"DEBUG3", DEBUG3_LEVEL}, {L"DEBUG2", DEBUG2_LEVEL},
-                {L"DEBUG1", DEBUG1_LEVEL}, {L"DEBUG", DEBUG_LEVEL},   {L"INFO", INFO_LEVEL},
+    } rows[] = {{L"DEBUG4", DEBUG4_LEVEL},   {L"DEBUG3", DEBUG3_LEVEL}, {L"DEBUG2", DEBUG2_LEVEL},
+                {L"DEBUG1", DEBUG1_LEVEL},   {L"DEBUG", DEBUG_LEVEL},   {L"INFO", INFO_LEVEL},
                 {L"WARNING", WARNING_LEVEL}, {L"ERROR", ERROR_LEVEL}};
     for (const auto& row : rows)
         EXPECT_EQ(log.FromString(row.text), row.level);

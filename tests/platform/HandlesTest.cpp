@@ -31,7 +31,10 @@ TEST_F(OwnerTest, ReleasesOnceWhenItEnds) {
 }
 
 TEST_F(OwnerTest, EmptyOwnerReleasesNothing) {
-    { UniqueCounted owner; EXPECT_FALSE(owner); }
+    {
+        UniqueCounted owner;
+        EXPECT_FALSE(owner);
+    }
     EXPECT_TRUE(g_closed.empty());
 }
 
@@ -80,7 +83,10 @@ bool IsOpenHandle(HANDLE handle) {
 TEST(Handles, KernelHandleIsClosedByItsOwner) {
     HANDLE raw = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     ASSERT_NE(raw, nullptr);
-    { tav::UniqueHandle event(raw); EXPECT_TRUE(IsOpenHandle(event.get())); }
+    {
+        tav::UniqueHandle event(raw);
+        EXPECT_TRUE(IsOpenHandle(event.get()));
+    }
     EXPECT_FALSE(IsOpenHandle(raw));
 }
 
@@ -88,8 +94,8 @@ TEST(Handles, FileKindsHaveInvalidHandleValueForNoValue) {
     tav::UniqueFile none;
     EXPECT_EQ(none.get(), INVALID_HANDLE_VALUE);
     EXPECT_FALSE(none);
-    tav::UniqueFile missing(CreateFileW(L"C:\\no such folder\\no such file", GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                        0, nullptr));
+    tav::UniqueFile missing(
+        CreateFileW(L"C:\\no such folder\\no such file", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     EXPECT_FALSE(missing);
     EXPECT_FALSE(tav::UniqueSnapshot(nullptr));  // null is never a live handle of these kinds either
     EXPECT_EQ(missing.release(), INVALID_HANDLE_VALUE);

@@ -66,8 +66,14 @@ TEST_F(ProcessCli, ModulesListsTheProcessModules) {
 }
 
 TEST(ProcessCliUsage, WrongUsageEndsWithStatusTwo) {
-    const wchar_t* wrong[] = {L"foreground extra", L"foreground --after", L"foreground --after soon",
-                              L"foreground --after -5", L"running", L"running a b", L"modules", L"modules x"};
+    const wchar_t* wrong[] = {L"foreground extra",
+                              L"foreground --after",
+                              L"foreground --after soon",
+                              L"foreground --after -5",
+                              L"running",
+                              L"running a b",
+                              L"modules",
+                              L"modules x"};
     for (const wchar_t* arguments : wrong) {
         SCOPED_TRACE(tavtest::Narrow(arguments));
         auto result = Tavutil(arguments);

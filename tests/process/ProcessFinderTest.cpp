@@ -42,8 +42,8 @@ TEST(ProcessFinderInstance, ChoosesTheVariantByWindowsVersion) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(tavtest::Narrow(row.windowsVersion));
-        tavtest::ChildResult result =
-            tavtest::RunSelfAs({row.windowsVersion, {}, row.variant}, "ProcessFinderChild.DISABLED_InstanceIsTheVariantNamed");
+        tavtest::ChildResult result = tavtest::RunSelfAs({row.windowsVersion, {}, row.variant},
+                                                         "ProcessFinderChild.DISABLED_InstanceIsTheVariantNamed");
         EXPECT_TRUE(tavtest::ChildPassed(result));
     }
 }
@@ -164,9 +164,10 @@ TEST(ProcessFinderWait, OtherMessagesArePumpedWhileWaiting) {
     wc.hInstance = GetModuleHandleW(nullptr);
     wc.lpszClassName = L"TavProcessPumpedWindow";
     RegisterClassW(&wc);
-    HWND receiver = CreateWindowExW(0, wc.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, wc.hInstance, nullptr);
-    HWND target = CreateWindowExW(0, wc.lpszClassName, L"pumped target", WS_OVERLAPPEDWINDOW, 40, 40, 200, 100,
-                                  nullptr, nullptr, wc.hInstance, nullptr);
+    HWND receiver =
+        CreateWindowExW(0, wc.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, wc.hInstance, nullptr);
+    HWND target = CreateWindowExW(0, wc.lpszClassName, L"pumped target", WS_OVERLAPPEDWINDOW, 40, 40, 200, 100, nullptr,
+                                  nullptr, wc.hInstance, nullptr);
     tav::ScopeExit destroy([&] {
         DestroyWindow(receiver);
         DestroyWindow(target);
@@ -375,7 +376,8 @@ TEST(ProcessFinderChild, DISABLED_WithoutPsapi) {
 }
 
 TEST(ProcessFinderMissing, NoPsapiAnswersFalse) {
-    tavtest::ChildResult result = tavtest::RunSelfAs({L"nt40", {L"psapi"}, L""}, "ProcessFinderChild.DISABLED_WithoutPsapi");
+    tavtest::ChildResult result =
+        tavtest::RunSelfAs({L"nt40", {L"psapi"}, L""}, "ProcessFinderChild.DISABLED_WithoutPsapi");
     EXPECT_TRUE(tavtest::ChildPassed(result));
 }
 

@@ -18,19 +18,16 @@ using Names = std::list<CStdStr<wchar_t>>;
 
 // What each implementation reports as a full name. Toolhelp on 95/98/Me reports the process entry's
 // executable field, which Wine fills with the bare file name; the others report the full path.
-template <typename Finder>
-struct Expect {
+template <typename Finder> struct Expect {
     static std::wstring FullName(const std::wstring& truth) { return truth; }
 };
-template <>
-struct Expect<CProcessFinder95> {
+template <> struct Expect<CProcessFinder95> {
     static std::wstring FullName(const std::wstring& truth) { return proctest::FileNameOf(truth); }
 };
 
 std::wstring WithoutExtension(const std::wstring& path) { return path.substr(0, path.find_last_of(L'.')); }
 
-template <typename Finder>
-class ProcessFinderVariant : public testing::Test {};
+template <typename Finder> class ProcessFinderVariant : public testing::Test {};
 
 using Variants = testing::Types<CProcessFinder95, CProcessFinderNT, CProcessFinder2kPlus>;
 TYPED_TEST_SUITE(ProcessFinderVariant, Variants);
@@ -62,8 +59,7 @@ TYPED_TEST(ProcessFinderVariant, NamesTheTestsOwnWindowInFront) {
     EXPECT_EQ(proctest::FileNameOf(truth), finder.GetForegroundProcessName(0));
     EXPECT_EQ(Expect<TypeParam>::FullName(truth), finder.GetForegroundProcessFullName(0));
     // A window given by handle is looked up without the foreground.
-    EXPECT_EQ(proctest::FileNameOf(truth),
-              finder.GetForegroundProcessName(reinterpret_cast<INT_PTR>(window.get())));
+    EXPECT_EQ(proctest::FileNameOf(truth), finder.GetForegroundProcessName(reinterpret_cast<INT_PTR>(window.get())));
 }
 
 TYPED_TEST(ProcessFinderVariant, NamesNotepadInFront) {

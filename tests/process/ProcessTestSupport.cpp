@@ -45,8 +45,8 @@ BOOL CALLBACK FindProcessWindow(HWND window, LPARAM param) {
 }  // namespace
 
 TestWindow::TestWindow() {
-    window_ = CreateWindowExW(0, RegisterTestWindowClass(), L"process test window", WS_OVERLAPPEDWINDOW, 20, 20,
-                              320, 200, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    window_ = CreateWindowExW(0, RegisterTestWindowClass(), L"process test window", WS_OVERLAPPEDWINDOW, 20, 20, 320,
+                              200, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
     ShowWindow(window_, SW_SHOW);
     tavtest::PumpMessages();
 }

@@ -10,8 +10,7 @@ bool RawCreate(HKEY root, const std::wstring& path, REGSAM view) {
            ERROR_SUCCESS;
 }
 
-bool RawSet(HKEY root, const std::wstring& path, const wchar_t* name, DWORD type, const Bytes& data,
-            REGSAM view) {
+bool RawSet(HKEY root, const std::wstring& path, const wchar_t* name, DWORD type, const Bytes& data, REGSAM view) {
     tav::UniqueKey key;
     if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | view, nullptr, key.put(), nullptr) !=
         ERROR_SUCCESS)

@@ -423,8 +423,7 @@ LONG WINAPI CountingFlush(HKEY key) {
 }
 
 TEST(RegistryClass, LazyWriteZeroFlushesEveryCreatedSelectedOrWrittenKey) {
-    tavtest::ImportHook hook("advapi32.dll", "RegFlushKey",
-                             reinterpret_cast<void*>(&CountingFlush));
+    tavtest::ImportHook hook("advapi32.dll", "RegFlushKey", reinterpret_cast<void*>(&CountingFlush));
     ASSERT_TRUE(hook.installed());
     s_realFlush = hook.original<decltype(&RegFlushKey)>();
     ScratchKey scratch;
@@ -515,8 +514,7 @@ TEST_F(RegistryClassTest, ReadFontCreatesOnlyTheFontItAttaches) {
     LOGFONTW lf = SampleLogFont();
     ASSERT_TRUE(written.CreateFontIndirect(&lf));
     ASSERT_EQ(reg.WriteFont(L"Font", &written), 1);
-    tavtest::ImportHook hook("gdi32.dll", "CreateFontIndirectW",
-                             reinterpret_cast<void*>(&RecordingCreateFont));
+    tavtest::ImportHook hook("gdi32.dll", "CreateFontIndirectW", reinterpret_cast<void*>(&RecordingCreateFont));
     ASSERT_TRUE(hook.installed());
     s_realCreateFont = hook.original<decltype(&CreateFontIndirectW)>();
     s_createdFonts.clear();

@@ -58,10 +58,10 @@ TEST(Registry, ReadOnlyOpenFindsKeyOfThe32BitViewOnly) {
 
 TEST(Registry, ReadOnlyOpenPrefersTheNativeView) {
     ScratchKey scratch(HKEY_LOCAL_MACHINE, L"SOFTWARE");
-    ASSERT_TRUE(regtest::RawSet(scratch.root(), scratch.path(), L"Which", REG_SZ, regtest::TextBytes(L"32"),
-                                KEY_WOW64_32KEY));
-    ASSERT_TRUE(regtest::RawSet(scratch.root(), scratch.path(), L"Which", REG_SZ, regtest::TextBytes(L"64"),
-                                KEY_WOW64_64KEY));
+    ASSERT_TRUE(
+        regtest::RawSet(scratch.root(), scratch.path(), L"Which", REG_SZ, regtest::TextBytes(L"32"), KEY_WOW64_32KEY));
+    ASSERT_TRUE(
+        regtest::RawSet(scratch.root(), scratch.path(), L"Which", REG_SZ, regtest::TextBytes(L"64"), KEY_WOW64_64KEY));
     CRegistry reg(scratch.root(), scratch.path().c_str(), kReadOnly);
     CStdStr<wchar_t> text;
     EXPECT_EQ(reg.ReadStringValue(L"Which", text), 0);
@@ -70,8 +70,8 @@ TEST(Registry, ReadOnlyOpenPrefersTheNativeView) {
 
 TEST(Registry, WritableOpenDoesNotFallBackToThe32BitView) {
     ScratchKey scratch(HKEY_LOCAL_MACHINE, L"SOFTWARE");
-    ASSERT_TRUE(regtest::RawSet(scratch.root(), scratch.path(), L"Only32", REG_SZ, regtest::TextBytes(L"x"),
-                                KEY_WOW64_32KEY));
+    ASSERT_TRUE(
+        regtest::RawSet(scratch.root(), scratch.path(), L"Only32", REG_SZ, regtest::TextBytes(L"x"), KEY_WOW64_32KEY));
     CRegistry reg(scratch.root(), scratch.path().c_str(), kWritable);  // creates the native key
     CStdStr<wchar_t> text;
     EXPECT_EQ(reg.ReadStringValue(L"Only32", text), 1);
@@ -148,8 +148,7 @@ TEST(Registry, ReadStringValueByTypeAndShape) {
         {L"multi", REG_MULTI_SZ, regtest::TextBytes(std::wstring(L"a\0b\0\0", 5)), 1, L""},
         {L"empty sz", REG_SZ, Bytes(), 0, L""},
         {L"terminator only", REG_SZ, regtest::TextBytes(std::wstring(1, L'\0')), 0, L""},
-        {L"expand", REG_EXPAND_SZ, regtest::TextBytes(std::wstring(L"%SystemRoot%\\x\0", 15)), 0,
-         L"%SystemRoot%\\x"},
+        {L"expand", REG_EXPAND_SZ, regtest::TextBytes(std::wstring(L"%SystemRoot%\\x\0", 15)), 0, L"%SystemRoot%\\x"},
         {L"no terminator", REG_SZ, regtest::TextBytes(L"abc"), 0, L"abc"},
         {L"embedded nul", REG_SZ, regtest::TextBytes(embedded), 0, L"ab"},
         {L"odd byte count", REG_SZ, Bytes{'a', 0, 'b'}, 0, L"a"},
@@ -199,8 +198,7 @@ TEST(Registry, WriteStringValueCountsNoTerminatorAndReadsBack) {
     ScratchKey scratch;
     CRegistry reg(scratch.root(), scratch.path().c_str(), kWritable);
     {
-        tavtest::ImportHook hook("advapi32.dll", "RegSetValueExW",
-                                 reinterpret_cast<void*>(&RecordingSetValue));
+        tavtest::ImportHook hook("advapi32.dll", "RegSetValueExW", reinterpret_cast<void*>(&RecordingSetValue));
         ASSERT_TRUE(hook.installed());
         s_realSetValue = hook.original<decltype(&RegSetValueExW)>();
         s_setValue = SetValueCall();
@@ -269,8 +267,7 @@ TEST(Registry, QueryValueExPassesArgumentsThrough) {
     EXPECT_EQ(size, 4u);
     DWORD read = 0;
     size = sizeof(read);
-    EXPECT_EQ(reg.QueryValueEx(Str(L"Number"), &type, reinterpret_cast<unsigned char*>(&read), &size),
-              ERROR_SUCCESS);
+    EXPECT_EQ(reg.QueryValueEx(Str(L"Number"), &type, reinterpret_cast<unsigned char*>(&read), &size), ERROR_SUCCESS);
     EXPECT_EQ(read, value);
     unsigned char small[2];
     size = sizeof(small);

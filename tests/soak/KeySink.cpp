@@ -15,10 +15,8 @@ LRESULT CALLBACK SinkProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     case WM_CHAR:
     case WM_SYSCHAR:
     case WM_DEADCHAR:
-    case WM_SYSDEADCHAR:
-        return 0;
-    default:
-        return DefWindowProcW(window, message, wParam, lParam);
+    case WM_SYSDEADCHAR: return 0;
+    default: return DefWindowProcW(window, message, wParam, lParam);
     }
 }
 

@@ -84,19 +84,18 @@ int wmain(int argc, wchar_t** argv) {
                 printf("FAILED %s: %s\n", text.c_str(), outcome.problem.c_str());
             }
         }
-        printf(
-            "keys soak: %-34s %6d scripts, %d failed; %d left keys down as the rules say, %d of them keys no "
-            "release of the library reaches (%.1f s)\n",
-            run.name, tally.typed, tally.failed, tally.leftKeys, tally.beyondRelease,
-            (GetTickCount() - runStart) / 1000.0);
+        printf("keys soak: %-34s %6d scripts, %d failed; %d left keys down as the rules say, %d of them keys no "
+               "release of the library reaches (%.1f s)\n",
+               run.name, tally.typed, tally.failed, tally.leftKeys, tally.beyondRelease,
+               (GetTickCount() - runStart) / 1000.0);
         fflush(stdout);
         failedTotal += tally.failed;
     }
     if (failures)
         fclose(failures);
     locks.Restore();
-    printf("keys soak: seed %u, %.1f s, window brought back to the front %d times; %d scripts failed%s\n",
-           seed, (GetTickCount() - start) / 1000.0, refronted, failedTotal,
+    printf("keys soak: seed %u, %.1f s, window brought back to the front %d times; %d scripts failed%s\n", seed,
+           (GetTickCount() - start) / 1000.0, refronted, failedTotal,
            failedTotal ? (" (saved to " + tavtest::Narrow(failuresPath) + ")").c_str() : "");
     return failedTotal == 0 ? 0 : 1;
 }

@@ -23,7 +23,7 @@ int64_t HeapTolerance(int calls) { return std::max(kHeapNoiseFloor, kHeapNoisePe
 // call over 10,000 calls that bypasses the heaps (stacks, VirtualAlloc).
 constexpr int64_t kPrivateTolerance = 1024 * 1024;
 
-constexpr int kFullCount = 10000;   // calls of an operation that takes under a millisecond
+constexpr int kFullCount = 10000;    // calls of an operation that takes under a millisecond
 constexpr int kSlowBudgetMs = 8000;  // slower operations: as many calls as fit in this time
 constexpr int kSlowMinimum = 100;
 constexpr int kQuickMaximum = 100;
@@ -36,8 +36,7 @@ double MillisecondsOf(const std::function<void()>& call, int times) {
     for (int i = 0; i < times; ++i)
         call();
     QueryPerformanceCounter(&end);
-    return 1000.0 * static_cast<double>(end.QuadPart - start.QuadPart) /
-           static_cast<double>(frequency.QuadPart);
+    return 1000.0 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart);
 }
 
 // Handles this thread's pending messages (operations that create windows or post to them leave some).
@@ -78,8 +77,7 @@ Judgement Judge(const Reading& before, const Reading& after, int calls, const Ke
         j.grew = true;
         note("heap " + Bytes(after.heapBytes - before.heapBytes) + " beyond " + Bytes(HeapTolerance(calls)));
     }
-    if (!kept.memory && platform.comparePrivateMemory &&
-        after.privateBytes - before.privateBytes > kPrivateTolerance) {
+    if (!kept.memory && platform.comparePrivateMemory && after.privateBytes - before.privateBytes > kPrivateTolerance) {
         j.grew = true;
         note("private memory " + Bytes(after.privateBytes - before.privateBytes) + " beyond " +
              Bytes(kPrivateTolerance));
@@ -135,8 +133,8 @@ int Runner::CountFor(double msPerCall) const {
     return count;
 }
 
-void Runner::Check(const std::string& name, const std::function<void()>& call, const Kept& kept,
-                   const Counter* counter, const Platform& platform) {
+void Runner::Check(const std::string& name, const std::function<void()>& call, const Kept& kept, const Counter* counter,
+                   const Platform& platform) {
     if (!options_.filter.empty() && name.find(options_.filter) == std::string::npos)
         return;
     try {
@@ -162,20 +160,18 @@ void Runner::Measured(const std::string& name, const std::function<void()>& call
     Judgement j = Judge(before, after, calls, kept, platform);
     if (counter && counterAfter - counterBefore != counter->perCall * calls) {
         j.grew = true;
-        j.notes += (j.notes.empty() ? "" : ", ") + counter->name + " " +
-                   std::to_string(counterAfter - counterBefore) + " (expected " +
-                   std::to_string(counter->perCall * calls) + ")";
+        j.notes += (j.notes.empty() ? "" : ", ") + counter->name + " " + std::to_string(counterAfter - counterBefore) +
+                   " (expected " + std::to_string(counter->perCall * calls) + ")";
     }
     ++checked_;
     if (j.grew)
         ++grown_;
 
-    printf(
-        "%-56s %5d calls %8.3f ms/call | handles %5ld -> %-5ld | GDI %4ld -> %-4ld | windows %3ld -> %-3ld | "
-        "heap %10s | private %10s | ",
-        name.c_str(), calls, ms / calls, before.handles, after.handles, before.gdiObjects, after.gdiObjects,
-        before.windows, after.windows, Delta(after.heapBytes - before.heapBytes).c_str(),
-        Delta(after.privateBytes - before.privateBytes).c_str());
+    printf("%-56s %5d calls %8.3f ms/call | handles %5ld -> %-5ld | GDI %4ld -> %-4ld | windows %3ld -> %-3ld | "
+           "heap %10s | private %10s | ",
+           name.c_str(), calls, ms / calls, before.handles, after.handles, before.gdiObjects, after.gdiObjects,
+           before.windows, after.windows, Delta(after.heapBytes - before.heapBytes).c_str(),
+           Delta(after.privateBytes - before.privateBytes).c_str());
     if (j.grew)
         printf("GREW: %s\n", j.notes.c_str());
     else if (!kept.rule.empty()) {
@@ -183,11 +179,11 @@ void Runner::Measured(const std::string& name, const std::function<void()>& call
         if (kept.handlesPerCall)
             growth += std::to_string(kept.handlesPerCall) + " handle per call";
         if (kept.memory)
-            growth += std::string(growth.empty() ? "" : ", ") +
-                      Bytes((after.heapBytes - before.heapBytes) / calls) + " of heap per call";
+            growth += std::string(growth.empty() ? "" : ", ") + Bytes((after.heapBytes - before.heapBytes) / calls) +
+                      " of heap per call";
         if (counter)
-            growth += (growth.empty() ? "" : ", ") + std::to_string(counter->perCall) + " " + counter->name +
-                      " per call";
+            growth +=
+                (growth.empty() ? "" : ", ") + std::to_string(counter->perCall) + " " + counter->name + " per call";
         printf("ok, kept as settled (%s): %s\n", growth.c_str(), kept.rule.c_str());
     } else
         printf("ok\n");

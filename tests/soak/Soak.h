@@ -55,8 +55,8 @@ public:
     int Finish();
 
 private:
-    void Measured(const std::string& name, const std::function<void()>& call, const Kept& kept,
-                  const Counter* counter, const Platform& platform);
+    void Measured(const std::string& name, const std::function<void()>& call, const Kept& kept, const Counter* counter,
+                  const Platform& platform);
     int CountFor(double msPerCall) const;
 
     Options options_;

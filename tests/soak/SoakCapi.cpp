@@ -123,8 +123,7 @@ void SoakCapiSupport(Runner& runner) {
     tav::UniqueKey probe;
     if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\velmorax", 0, KEY_READ, probe.put()) != ERROR_SUCCESS)
         return runner.Fail("C tav_support_query (Locale key)", "the Locale key could not be created");
-    runner.Check("C tav_support_query (Locale key)",
-                 [&] { tav_support_query(kSupportAddress, query, 512, &needed); },
+    runner.Check("C tav_support_query (Locale key)", [&] { tav_support_query(kSupportAddress, query, 512, &needed); },
                  {"the Locale key opened to read the user's locale is not closed", 1, false});
 }
 

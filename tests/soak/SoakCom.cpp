@@ -26,9 +26,7 @@ public:
         RegSetKeyValueW(HKEY_LOCAL_MACHINE, (key_ + L"\\CLSID").c_str(), nullptr, REG_SZ, value.c_str(),
                         static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
     }
-    ~ProgId() {
-        RegDeleteTreeW(HKEY_LOCAL_MACHINE, key_.c_str()), RegDeleteKeyW(HKEY_LOCAL_MACHINE, key_.c_str());
-    }
+    ~ProgId() { RegDeleteTreeW(HKEY_LOCAL_MACHINE, key_.c_str()), RegDeleteKeyW(HKEY_LOCAL_MACHINE, key_.c_str()); }
 
 private:
     std::wstring key_ = std::wstring(L"Software\\Classes\\") + kProgId;
@@ -48,8 +46,7 @@ void SoakProperties(Runner& runner) {
     runner.Check("ComUtils GetPropBool", [&] { ComUtils::GetPropBool(regExp, L"IgnoreCase"); });
     runner.Check("ComUtils SetPropBool", [&] { ComUtils::SetPropBool(regExp, L"IgnoreCase", true); });
     runner.Check("ComUtils GetPropLong", [&] { ComUtils::GetPropLong(regExp, L"Global"); });
-    runner.Check("ComUtils GetPropLong unknown name",
-                 [&] { ComUtils::GetPropLong(regExp, L"NoSuchProperty"); });
+    runner.Check("ComUtils GetPropLong unknown name", [&] { ComUtils::GetPropLong(regExp, L"NoSuchProperty"); });
     runner.Check("ComUtils GetDisp", [&] { ComUtils::GetDisp(files, L"Drives"); });
     runner.Check("ComUtils GetObjName", [&] { ComUtils::GetObjName(regExp); });
 }
@@ -84,10 +81,8 @@ void SoakRunningObjects(Runner& runner) {
     runner.Check("ComUtils GetActiveAppDispatch", [] { ComUtils::GetActiveAppDispatch(kProgId); });
     runner.Check("ComUtils GetAppDispatch", [] { ComUtils::GetAppDispatch(kProgId, false); });
     runner.Check("ComUtils FindInROT (no match)", [] { ComUtils::FindInROT(L"VBScript.RegExp"); });
-    runner.Check("ComUtils FindInROT (unregistered ProgID)",
-                 [] { ComUtils::FindInROT(kUnregisteredProgId); });
-    const Counter references{"reference of the found object",
-                             [object] { return int64_t{object->References()}; }, 1};
+    runner.Check("ComUtils FindInROT (unregistered ProgID)", [] { ComUtils::FindInROT(kUnregisteredProgId); });
+    const Counter references{"reference of the found object", [object] { return int64_t{object->References()}; }, 1};
     runner.Check(
         "ComUtils FindInROT (match)", [] { ComUtils::FindInROT(kProgId); },
         {"on a match the moniker, the enumerator, the table and the bind context are left unreleased, "

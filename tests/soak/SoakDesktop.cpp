@@ -83,24 +83,30 @@ void SoakSounds(Runner& runner) {
     // The platform's sound worker (a thread with a window) comes with a sound and ends some seconds after
     // the last: right before each reading a sound played by the platform directly (synchronously, which also
     // ends an asynchronous one still going) starts it, so that both readings see it.
-    const Platform kSoundRest{
-        [wave] { PlaySoundW(wave.c_str(), nullptr, SND_FILENAME | SND_SYNC | SND_NODEFAULT); }, false};
+    const Platform kSoundRest{[wave] { PlaySoundW(wave.c_str(), nullptr, SND_FILENAME | SND_SYNC | SND_NODEFAULT); },
+                              false};
     // Without a sound device every play fails and logs a warning: the records are made, not printed.
     FILE* const logStream = OutputToFILE::Stream();
     OutputToFILE::Stream() = nullptr;
-    runner.Check("cWave play synchronous", [] { cWave().play(L"SoakEvent", cWave::PLAY_SYNC); }, {}, nullptr,
-                 kSoundRest);
-    runner.Check("cWave play asynchronous + stop by caller", [] {
-        cWave().play(L"SoakEvent", cWave::PLAY_ASYNC);
-        PlaySoundW(nullptr, nullptr, 0);
-    }, {}, nullptr, kSoundRest);
+    runner.Check(
+        "cWave play synchronous", [] { cWave().play(L"SoakEvent", cWave::PLAY_SYNC); }, {}, nullptr, kSoundRest);
+    runner.Check(
+        "cWave play asynchronous + stop by caller",
+        [] {
+            cWave().play(L"SoakEvent", cWave::PLAY_ASYNC);
+            PlaySoundW(nullptr, nullptr, 0);
+        },
+        {}, nullptr, kSoundRest);
     // stopPlay stops nothing after a looping play (the repeat flag is never set): the caller stops the loop.
-    runner.Check("cWave play looping + stopPlay + stop by caller", [] {
-        cWave sound;
-        sound.play(L"SoakEvent", cWave::PLAY_LOOP);
-        sound.stopPlay();
-        PlaySoundW(nullptr, nullptr, 0);
-    }, {}, nullptr, kSoundRest);
+    runner.Check(
+        "cWave play looping + stopPlay + stop by caller",
+        [] {
+            cWave sound;
+            sound.play(L"SoakEvent", cWave::PLAY_LOOP);
+            sound.stopPlay();
+            PlaySoundW(nullptr, nullptr, 0);
+        },
+        {}, nullptr, kSoundRest);
     runner.Check("cWave play unregistered event", [] { cWave().play(L"SoakNoSuchEvent", cWave::PLAY_SYNC); });
     OutputToFILE::Stream() = logStream;
     RegDeleteTreeW(HKEY_CURRENT_USER, appKey.c_str());
@@ -110,8 +116,7 @@ void SoakForegroundGrabber(Runner& runner) {
     {
         KeySink sink;
         if (sink.BringToFront())
-            runner.Check("ForegroundAttentionGrabber (own window in front)",
-                         [] { ForegroundAttentionGrabber grab; });
+            runner.Check("ForegroundAttentionGrabber (own window in front)", [] { ForegroundAttentionGrabber grab; });
         else
             runner.Fail("ForegroundAttentionGrabber (own window in front)",
                         "the soak's window did not come to the front");
@@ -120,8 +125,7 @@ void SoakForegroundGrabber(Runner& runner) {
     HWND window = nullptr;
     if (other.Start(L"\"" + tavtest::SelfPath() + L"\" " + kForegroundOption))
         window = other.WaitForWindow(L"TavSoakKeySink");
-    for (DWORD start = GetTickCount();
-         window && GetForegroundWindow() != window && GetTickCount() - start < 5000;)
+    for (DWORD start = GetTickCount(); window && GetForegroundWindow() != window && GetTickCount() - start < 5000;)
         Sleep(20);
     if (!window || GetForegroundWindow() != window) {
         runner.Fail("ForegroundAttentionGrabber (other process in front)",

@@ -28,31 +28,37 @@ void CheckMeters(soak::Runner& runner) {
     kept.reserve(10001);
     auto keep = [&kept](void* thing) { kept.push_back(thing); };
 
-    runner.ExpectCaught("one 16-byte allocation per call", [&] { keep(malloc(16)); }, 10000);
+    runner.ExpectCaught(
+        "one 16-byte allocation per call", [&] { keep(malloc(16)); }, 10000);
     for (void* block : kept)
         free(block);
     kept.clear();
-    runner.ExpectCaught("one page of VirtualAlloc per call", [&] {
-        keep(VirtualAlloc(nullptr, 4096, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
-    }, 512);
+    runner.ExpectCaught(
+        "one page of VirtualAlloc per call",
+        [&] { keep(VirtualAlloc(nullptr, 4096, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE)); }, 512);
     for (void* page : kept)
         VirtualFree(page, 0, MEM_RELEASE);
     kept.clear();
-    runner.ExpectCaught("one registry key handle per call", [&] {
-        HKEY key = nullptr;
-        RegOpenKeyExW(HKEY_CURRENT_USER, L"Software", 0, KEY_READ, &key);
-        keep(key);
-    }, 100);
+    runner.ExpectCaught(
+        "one registry key handle per call",
+        [&] {
+            HKEY key = nullptr;
+            RegOpenKeyExW(HKEY_CURRENT_USER, L"Software", 0, KEY_READ, &key);
+            keep(key);
+        },
+        100);
     for (void* key : kept)
         RegCloseKey(static_cast<HKEY>(key));
     kept.clear();
-    runner.ExpectCaught("one GDI brush per call", [&] { keep(CreateSolidBrush(RGB(1, 2, 3))); }, 100);
+    runner.ExpectCaught(
+        "one GDI brush per call", [&] { keep(CreateSolidBrush(RGB(1, 2, 3))); }, 100);
     for (void* brush : kept)
         DeleteObject(brush);
     kept.clear();
-    runner.ExpectCaught("one window per call", [&] {
-        keep(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
-    }, 100);
+    runner.ExpectCaught(
+        "one window per call",
+        [&] { keep(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr)); },
+        100);
     for (void* window : kept)
         DestroyWindow(static_cast<HWND>(window));
 }

@@ -16,8 +16,7 @@ void SoakProcesses(Runner& runner) {
     const DWORD self = GetCurrentProcessId();
     wchar_t path[MAX_PATH];
     GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const CStdStr<wchar_t> selfName =
-        CStdStr<wchar_t>(path).substr(CStdStr<wchar_t>(path).find_last_of(L'\\') + 1);
+    const CStdStr<wchar_t> selfName = CStdStr<wchar_t>(path).substr(CStdStr<wchar_t>(path).find_last_of(L'\\') + 1);
 
     runner.Check("CProcessFinder GetProcessName", [&] {
         CStdStr<wchar_t> name;
@@ -32,16 +31,13 @@ void SoakProcesses(Runner& runner) {
         finder->GetProcessModules(self, modules);
     });
     runner.Check("CProcessFinder GetForegroundProcessName", [&] { finder->GetForegroundProcessName(0); });
-    runner.Check("CProcessFinder GetForegroundProcessFullName",
-                 [&] { finder->GetForegroundProcessFullName(0); });
+    runner.Check("CProcessFinder GetForegroundProcessFullName", [&] { finder->GetForegroundProcessFullName(0); });
     runner.Check("CProcessFinder WaitForegroundWindow", [] { CProcessFinder::WaitForegroundWindow(); });
-    runner.Check("CProcessFinder IsProcessRunning (running)",
-                 [&] { finder->IsProcessRunning(selfName, false); });
+    runner.Check("CProcessFinder IsProcessRunning (running)", [&] { finder->IsProcessRunning(selfName, false); });
     runner.Check("CProcessFinder IsProcessRunning (console session)",
                  [&] { finder->IsProcessRunning(selfName, true); });
-    runner.Check("CProcessFinder IsProcessRunning (not running)", [&] {
-        finder->IsProcessRunning(L"tav-no-such-program", false);
-    });
+    runner.Check("CProcessFinder IsProcessRunning (not running)",
+                 [&] { finder->IsProcessRunning(L"tav-no-such-program", false); });
 
     runner.Check("CProcessFinder95 create + query + destroy", [&] {
         CProcessFinder95 toolhelp;

@@ -108,9 +108,8 @@ void SoakRegistryClass(Runner& runner) {
              CRegistryClass other = settings;
              other.ClearKey();
          }},
-        {"PathIsValid + GetCurrentPath + GetLazyWrite + GetLastStatus", [&] {
-             settings.PathIsValid(), settings.GetCurrentPath(), settings.GetLazyWrite(), settings.GetLastStatus();
-         }},
+        {"PathIsValid + GetCurrentPath + GetLazyWrite + GetLastStatus",
+         [&] { settings.PathIsValid(), settings.GetCurrentPath(), settings.GetLazyWrite(), settings.GetLastStatus(); }},
         {"KeyExists", [&] { settings.KeyExists(path); }},
         {"DeleteKey",
          [&] {
@@ -170,10 +169,7 @@ void SoakRegistryClass(Runner& runner) {
         {"WriteFloat", [&] { settings.WriteFloat(L"f", 1.5); }},
         {"WriteDateTime", [&] { settings.WriteDateTime(L"t", when); }},
         {"WriteRect + WritePoint + WriteSize",
-         [&] {
-             settings.WriteRect(L"r", &rect), settings.WritePoint(L"p", &point),
-                 settings.WriteSize(L"z", &size);
-         }},
+         [&] { settings.WriteRect(L"r", &rect), settings.WritePoint(L"p", &point), settings.WriteSize(L"z", &size); }},
         {"WriteFont", [&] { settings.WriteFont(L"font", &font); }},
         {"copy + destructor", [&] { CRegistryClass copy(settings); }},
     };

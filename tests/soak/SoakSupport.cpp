@@ -25,11 +25,9 @@ void SoakSupport(Runner& runner) {
     const CStdStr<wchar_t> withLocale = address + L"&L=fr";
     const Kept localeKeyKept{"the Locale key opened to read the user's locale is not closed", 1, false};
 
-    runner.Check("CSWandDeviceInfo search (not a support address)", [] {
-        CSWandDeviceInfo().search(L"http://example.com/");
-    });
-    runner.Check("CSWandDeviceInfo search (locale in the address)",
-                 [&] { CSWandDeviceInfo().search(withLocale); });
+    runner.Check("CSWandDeviceInfo search (not a support address)",
+                 [] { CSWandDeviceInfo().search(L"http://example.com/"); });
+    runner.Check("CSWandDeviceInfo search (locale in the address)", [&] { CSWandDeviceInfo().search(withLocale); });
     if (!LocaleKeyExists())
         runner.Check("CSWandDeviceInfo search (no Locale key)", [&] { CSWandDeviceInfo().search(address); });
 
@@ -41,9 +39,9 @@ void SoakSupport(Runner& runner) {
     }
     runner.Check(
         "CSWandDeviceInfo search (Locale key)", [&] { CSWandDeviceInfo().search(address); }, localeKeyKept);
-    runner.Check("SWAndDeviceInfoImpl search (Locale key, no trigger)", [&] {
-        SWAndDeviceInfoImpl(nullptr).search(address);
-    }, localeKeyKept);
+    runner.Check(
+        "SWAndDeviceInfoImpl search (Locale key, no trigger)", [&] { SWAndDeviceInfoImpl(nullptr).search(address); },
+        localeKeyKept);
 }
 
 }  // namespace soak

@@ -74,8 +74,7 @@ void SoakSystem(Runner& runner) {
     runner.Check("PressKeyHelper create + destroy", [] { PressKeyHelper helper; });
     KeySink sink;  // the keys go to a window of the soak's own, which takes them all
     if (!sink.BringToFront()) {
-        runner.Fail("PressKeyHelper Press and the typing functions",
-                    "the soak's window did not come to the front");
+        runner.Fail("PressKeyHelper Press and the typing functions", "the soak's window did not come to the front");
         return;
     }
     PressKeyHelper helper;

@@ -6,8 +6,7 @@ namespace tavtest {
 
 namespace {
 
-template <typename T>
-T* At(HMODULE base, DWORD rva) {
+template <typename T> T* At(HMODULE base, DWORD rva) {
     return reinterpret_cast<T*>(reinterpret_cast<BYTE*>(base) + rva);
 }
 
@@ -22,8 +21,8 @@ void** FindSlot(HMODULE module, const char* dll, const char* function) {
     for (auto* desc = At<IMAGE_IMPORT_DESCRIPTOR>(module, dir.VirtualAddress); desc->Name != 0; ++desc) {
         if (_stricmp(At<char>(module, desc->Name), dll) != 0)
             continue;
-        auto* names = At<IMAGE_THUNK_DATA>(module, desc->OriginalFirstThunk ? desc->OriginalFirstThunk
-                                                                             : desc->FirstThunk);
+        auto* names =
+            At<IMAGE_THUNK_DATA>(module, desc->OriginalFirstThunk ? desc->OriginalFirstThunk : desc->FirstThunk);
         auto* slots = At<IMAGE_THUNK_DATA>(module, desc->FirstThunk);
         for (; names->u1.AddressOfData != 0; ++names, ++slots) {
             if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal))

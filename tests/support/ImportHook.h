@@ -24,10 +24,7 @@ public:
 
     bool installed() const { return slot_ != nullptr; }
     // The function the import table held before: the real one.
-    template <typename Fn>
-    Fn original() const {
-        return reinterpret_cast<Fn>(original_);
-    }
+    template <typename Fn> Fn original() const { return reinterpret_cast<Fn>(original_); }
 
 private:
     void** slot_ = nullptr;

@@ -29,8 +29,7 @@ public:
         PROCESS_INFORMATION created = {};
         std::vector<wchar_t> buffer(commandLine.begin(), commandLine.end());
         buffer.push_back(L'\0');
-        if (!CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                            &created))
+        if (!CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &created))
             return false;
         tav::UniqueHandle thread(created.hThread);
         process_.reset(created.hProcess);

@@ -16,8 +16,7 @@ public:
     explicit ScopedLogStream(FILE* stream) : previous_(OutputToFILE::Stream()) { OutputToFILE::Stream() = stream; }
     // The log goes to a file opened with `mode`: L"w" writes text as the standard error stream does (wide text
     // as ANSI bytes, a line feed as carriage return and line feed), L"wb" the UTF-16 units unconverted.
-    ScopedLogStream(const std::wstring& path, const wchar_t* mode)
-        : ScopedLogStream(_wfopen(path.c_str(), mode)) {
+    ScopedLogStream(const std::wstring& path, const wchar_t* mode) : ScopedLogStream(_wfopen(path.c_str(), mode)) {
         owned_ = OutputToFILE::Stream();
     }
     ~ScopedLogStream() { Restore(); }

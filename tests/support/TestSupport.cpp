@@ -51,8 +51,7 @@ std::wstring BinDir() {
 std::string Narrow(const std::wstring& text) {
     if (text.empty())
         return {};
-    int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr,
-                                nullptr);
+    int n = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
     std::string out(n, '\0');
     WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
     return out;
@@ -74,8 +73,8 @@ TempDir::TempDir(const std::wstring& hint, const std::wstring& parent) {
         GetTempPathW(MAX_PATH, temp);
     const std::wstring base = parent.empty() ? std::wstring(temp) : parent;
     for (;;) {
-        std::wstring candidate = base + hint + L"-" + std::to_wstring(GetCurrentProcessId()) +
-                                 L"-" + std::to_wstring(counter++);
+        std::wstring candidate =
+            base + hint + L"-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
         if (CreateDirectoryW(candidate.c_str(), nullptr)) {
             path_ = candidate;
             return;
@@ -139,8 +138,7 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
     startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
     PROCESS_INFORMATION info{};
     std::wstring mutableLine = commandLine;
-    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                        &info))
+    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info))
         return result;
     tav::UniqueHandle process(info.hProcess), thread(info.hThread);
     writeEnd.reset();  // the child holds the only write end now: its exit ends our reads
@@ -188,8 +186,7 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
 ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD timeoutMs) {
     static std::atomic<unsigned> counter{0};
     std::wstring copyName = ExeBaseName() + L"-" + (run.windowsVersion.empty() ? L"native" : run.windowsVersion) +
-                            L"-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++) +
-                            L".exe";
+                            L"-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++) + L".exe";
     std::wstring copyPath = BinDir() + L"\\" + copyName;
     ChildResult result;
     if (!CopyFileW(SelfPath().c_str(), copyPath.c_str(), FALSE))

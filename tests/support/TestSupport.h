@@ -52,9 +52,9 @@ struct ChildResult {
 ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs = 60000);
 
 struct EmulatedRun {
-    std::wstring windowsVersion;           // Wine's name: win95, win98, winme, nt40, win2k, winxp, ...
+    std::wstring windowsVersion;             // Wine's name: win95, win98, winme, nt40, win2k, winxp, ...
     std::vector<std::wstring> disabledDlls;  // e.g. L"dwmapi": LoadLibraryW of it fails in the child
-    std::wstring environment;              // value of TAVTEST_ARG in the child
+    std::wstring environment;                // value of TAVTEST_ARG in the child
 };
 
 // Runs a copy of this test executable under the given emulated Windows version, with only the tests

@@ -112,7 +112,8 @@ TEST_F(SupportQuery, AddressTable) {
     };
     CSWandDeviceInfo info;
     for (size_t i = 0; i < std::size(rows); ++i)
-        EXPECT_EQ(info.search(rows[i].address), rows[i].expected) << "row " << i << ": " << tavtest::Narrow(rows[i].address);
+        EXPECT_EQ(info.search(rows[i].address), rows[i].expected)
+            << "row " << i << ": " << tavtest::Narrow(rows[i].address);
 }
 
 TEST_F(SupportQuery, AddressIsNotPartOfTheQuery) {

@@ -16,11 +16,11 @@ std::wstring Observe() {
     CPlatforme platform;
     cVistaHelper vista;
     std::wostringstream out;
-    out << L"os=" << os.version() << L";platform=" << os.platformId() << L";vxd=" << os.useVxdDriver()
-        << L";sys=" << os.useSysDriver() << L";lr=" << os.distinguishesLeftRightModifiers() << L";usb="
-        << os.isUSBSupported() << L";bt=" << os.isBluetoothSupported() << L";wifi=" << os.is802_11bSupported()
-        << L";x64=" << os.IsUnderlying64Bit() << L";cplat=" << platform.GetClassification() << L";9x="
-        << platform.IsWin9x() << L";vista=" << vista.IsVista() << L";dwm=" << vista.IsDWMCompositionEnabled();
+    out << L"os=" << os.version() << L";platform=" << os.platformId() << L";vxd=" << os.useVxdDriver() << L";sys="
+        << os.useSysDriver() << L";lr=" << os.distinguishesLeftRightModifiers() << L";usb=" << os.isUSBSupported()
+        << L";bt=" << os.isBluetoothSupported() << L";wifi=" << os.is802_11bSupported() << L";x64="
+        << os.IsUnderlying64Bit() << L";cplat=" << platform.GetClassification() << L";9x=" << platform.IsWin9x()
+        << L";vista=" << vista.IsVista() << L";dwm=" << vista.IsDWMCompositionEnabled();
     return out.str();
 }
 
@@ -80,14 +80,13 @@ INSTANTIATE_TEST_SUITE_P(AllVersions, EmulatedWindows, testing::ValuesIn(kCases)
                          });
 
 TEST(OSInfoEmulated, WithoutDwmapiNoVistaAndNoComposition) {
-    auto result = tavtest::RunSelfAs({L"win7", {L"dwmapi"}, L"os=11;vista=0;dwm=0"},
-                                     "OSInfoChild.DISABLED_MatchesExpectation");
+    auto result =
+        tavtest::RunSelfAs({L"win7", {L"dwmapi"}, L"os=11;vista=0;dwm=0"}, "OSInfoChild.DISABLED_MatchesExpectation");
     EXPECT_TRUE(tavtest::ChildPassed(result));
 }
 
 TEST(OSInfoEmulated, WithDwmapiIsVista) {
-    auto result =
-        tavtest::RunSelfAs({L"win7", {}, L"os=11;vista=1"}, "OSInfoChild.DISABLED_MatchesExpectation");
+    auto result = tavtest::RunSelfAs({L"win7", {}, L"os=11;vista=1"}, "OSInfoChild.DISABLED_MatchesExpectation");
     EXPECT_TRUE(tavtest::ChildPassed(result));
 }
 

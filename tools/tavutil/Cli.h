@@ -36,7 +36,7 @@ inline void OutLine(const std::wstring& text) { Out(text + L"\n"); }
 
 // Helpers for verbs.
 std::string Narrow(const std::wstring& text);
-int ParseInt(const std::wstring& text, const char* what);  // throws UsageError when not a number
+int ParseInt(const std::wstring& text, const char* what);     // throws UsageError when not a number
 void RequireCount(const Args& args, size_t min, size_t max);  // throws UsageError
 bool TakeFlag(Args& args, const std::wstring& flag);          // removes `flag` when present
 // When args start with `option MS`, removes both, stores MS in `ms` and returns true. Throws UsageError

@@ -41,8 +41,8 @@ int RunSound(const cli::Args& given) {
     const bool played = wave.play(args[0], mode);
     cli::OutLine(played ? L"playing" : L"not played");
     if (!played)
-        cli::OutLine(L"(looked for HKCU\\AppEvents\\Schemes\\Apps\\" + cWave::applicationName() + L"\\" +
-                     args[0] + L"\\.Current)");
+        cli::OutLine(L"(looked for HKCU\\AppEvents\\Schemes\\Apps\\" + cWave::applicationName() + L"\\" + args[0] +
+                     L"\\.Current)");
     return played ? 0 : 1;
 }
 
@@ -146,8 +146,8 @@ int RunPickFolder(const cli::Args& given) {
 }
 
 cli::VerbRegistration clip{{L"clip", L"clip get | clip set TEXT", L"read or write the clipboard's text", &RunClip}};
-cli::VerbRegistration sound{{L"sound", L"sound EVENT [--loop|--sync]",
-                             L"play the sound the scheme assigns to EVENT of tavutil", &RunSound}};
+cli::VerbRegistration sound{
+    {L"sound", L"sound EVENT [--loop|--sync]", L"play the sound the scheme assigns to EVENT of tavutil", &RunSound}};
 cli::VerbRegistration wait{{L"wait", L"wait MS", L"wait MS milliseconds while pumping messages", &RunWait}};
 cli::VerbRegistration pickFile{{L"pick-file", L"pick-file [FILTER] [--cancel-after MS]",
                                 L"ask for a file (FILTER like \"Text|*.txt||\")", &RunPickFile}};

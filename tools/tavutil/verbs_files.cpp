@@ -12,13 +12,11 @@ void Field(const std::wstring& name, const std::wstring& value) {
     cli::OutLine(label + value);
 }
 
-std::wstring Quoted(const std::wstring& text) {
-    return L"\"" + text + L"\"";
-}
+std::wstring Quoted(const std::wstring& text) { return L"\"" + text + L"\""; }
 
 std::wstring VersionText(const CVerNum& v) {
-    return std::to_wstring(v.GetMajor()) + L"." + std::to_wstring(v.GetMinor()) + L"." +
-           std::to_wstring(v.GetFix()) + L"." + std::to_wstring(v.GetBuild());
+    return std::to_wstring(v.GetMajor()) + L"." + std::to_wstring(v.GetMinor()) + L"." + std::to_wstring(v.GetFix()) +
+           L"." + std::to_wstring(v.GetBuild());
 }
 
 int RunPath(const cli::Args& args) {
@@ -53,25 +51,18 @@ int RunVersion(const cli::Args& args) {
     }
     CVerNum file, product;
     Field(L"file version (numeric)", info.GetFileVersionNum(&file) ? VersionText(file) : L"(none)");
-    Field(L"product version (numeric)",
-          info.GetProductVersionNum(&product) ? VersionText(product) : L"(none)");
+    Field(L"product version (numeric)", info.GetProductVersionNum(&product) ? VersionText(product) : L"(none)");
     return 0;
 }
 
 const wchar_t* ComparisonName(CVerNum::VERNUM_COMPARISON result) {
     switch (result) {
-    case CVerNum::VERNUM_OLDER:
-        return L"VERNUM_OLDER";
-    case CVerNum::VERNUM_EQUAL:
-        return L"VERNUM_EQUAL";
-    case CVerNum::VERNUM_NEWER_BUILD:
-        return L"VERNUM_NEWER_BUILD";
-    case CVerNum::VERNUM_NEWER_FIX:
-        return L"VERNUM_NEWER_FIX";
-    case CVerNum::VERNUM_NEWER_MINOR:
-        return L"VERNUM_NEWER_MINOR";
-    case CVerNum::VERNUM_NEWER_MAJOR:
-        return L"VERNUM_NEWER_MAJOR";
+    case CVerNum::VERNUM_OLDER: return L"VERNUM_OLDER";
+    case CVerNum::VERNUM_EQUAL: return L"VERNUM_EQUAL";
+    case CVerNum::VERNUM_NEWER_BUILD: return L"VERNUM_NEWER_BUILD";
+    case CVerNum::VERNUM_NEWER_FIX: return L"VERNUM_NEWER_FIX";
+    case CVerNum::VERNUM_NEWER_MINOR: return L"VERNUM_NEWER_MINOR";
+    case CVerNum::VERNUM_NEWER_MAJOR: return L"VERNUM_NEWER_MAJOR";
     }
     return L"unknown";
 }
@@ -86,11 +77,9 @@ int RunVercmp(const cli::Args& args) {
     return 0;
 }
 
-cli::VerbRegistration path{
-    {L"path", L"path PATH", L"PATH split into drive, directory, file and extension", &RunPath}};
-cli::VerbRegistration version{{L"version", L"version FILE",
-                               L"every version-resource field of FILE and its numeric versions",
-                               &RunVersion}};
+cli::VerbRegistration path{{L"path", L"path PATH", L"PATH split into drive, directory, file and extension", &RunPath}};
+cli::VerbRegistration version{
+    {L"version", L"version FILE", L"every version-resource field of FILE and its numeric versions", &RunVersion}};
 cli::VerbRegistration vercmp{{L"vercmp", L"vercmp A B", L"version A compared with version B", &RunVercmp}};
 
-} // namespace
+}  // namespace

@@ -27,13 +27,15 @@ const wchar_t* ResultName(SKERR result) {
     return L"?";
 }
 
-std::wstring ResultLine(SKERR result) { return L"result: " + std::to_wstring(result) + L" (" + ResultName(result) + L")"; }
+std::wstring ResultLine(SKERR result) {
+    return L"result: " + std::to_wstring(result) + L" (" + ResultName(result) + L")";
+}
 
 // A readable name of a queued key: the script's own key name, the character the key types, or its code.
 std::wstring KeyName(WORD code) {
-    static const wchar_t* const names[] = {L"ENTER", L"TAB",   L"ESC",   L"BACKSPACE", L"DELETE", L"INSERT",
-                                           L"LEFT",  L"RIGHT", L"UP",    L"DOWN",      L"PGUP",   L"PGDN",
-                                           L"HOME",  L"END",   L"CAPSLOCK", L"NUMLOCK", L"SCROLLOCK", L"HELP",
+    static const wchar_t* const names[] = {L"ENTER", L"TAB",   L"ESC",      L"BACKSPACE", L"DELETE",    L"INSERT",
+                                           L"LEFT",  L"RIGHT", L"UP",       L"DOWN",      L"PGUP",      L"PGDN",
+                                           L"HOME",  L"END",   L"CAPSLOCK", L"NUMLOCK",   L"SCROLLOCK", L"HELP",
                                            L"PRTSC", L"CLEAR", L"SLEEP"};
     for (const wchar_t* name : names)
         if (tav::keys::LookupKeyName(name) == code)
@@ -112,8 +114,8 @@ int RunKeys(const cli::Args& arguments) {
     // SendKeys keeps the run's result to itself: the verb runs the same stages (the shortcuts of SendKeys
     // aside) to report what the run did. A run that answers 0 for a script that does not parse stopped
     // after its command words: every command word is itself a brace item that does not parse.
-    bool shortcut = script == L"^C" || script == L"^c" || script == L"^V" || script == L"^v" ||
-                    script == L"^X" || script == L"^x";
+    bool shortcut =
+        script == L"^C" || script == L"^c" || script == L"^V" || script == L"^v" || script == L"^X" || script == L"^x";
     DWORD pace = static_cast<DWORD>(perKey);
     SKERR ran = shortcut ? SendKeysPaced(script.c_str(), pace) : tav::keys::RunKeyScript(script.c_str(), pace);
     bool commandsDone = ran == SKERR_NONE && parsed != SKERR_NONE;
@@ -216,12 +218,11 @@ cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--per-key MS] [--show]
                             L"type a keystroke script into the focused window (--dry-run: show its key queue)",
                             &RunKeys}};
 cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
-                            L"type TEXT literally into the focused window, whatever the keyboard layout",
-                            &RunType}};
-cli::VerbRegistration escape{{L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally",
-                              &RunEscape}};
-cli::VerbRegistration releaseAll{{L"release-all", L"release-all", L"release the keys a held script left pressed",
-                                  &RunReleaseAll}};
+                            L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
+cli::VerbRegistration escape{
+    {L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally", &RunEscape}};
+cli::VerbRegistration releaseAll{
+    {L"release-all", L"release-all", L"release the keys a held script left pressed", &RunReleaseAll}};
 cli::VerbRegistration screenshot{{L"screenshot", L"screenshot FILE.png", L"save the screen as a PNG", &RunScreenshot}};
 
 }  // namespace

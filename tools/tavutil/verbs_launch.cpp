@@ -112,8 +112,7 @@ cli::VerbRegistration messengers{
     {L"messengers", L"messengers", L"the installed instant messengers (and the companion program)", &RunMessengers}};
 cli::VerbRegistration messenger{
     {L"messenger", L"messenger NAME", L"start an instant messenger by its display name", &RunMessenger}};
-cli::VerbRegistration apppath{
-    {L"apppath", L"apppath APP EXT", L"the App Paths registration of APP.EXT", &RunAppPath}};
+cli::VerbRegistration apppath{{L"apppath", L"apppath APP EXT", L"the App Paths registration of APP.EXT", &RunAppPath}};
 cli::VerbRegistration progidServer{{L"progid-server", L"progid-server PROGID",
                                     L"the local server of the current version of a ProgID", &RunProgIdServer}};
 cli::VerbRegistration installdate{

@@ -51,8 +51,7 @@ int RunRunning(const cli::Args& arguments) {
     } catch (const std::out_of_range& error) {
         throw cli::UsageError(std::string("NAME needs at least four characters (") + error.what() + ")");
     }
-    cli::OutLine(args[0] + (running ? L": running" : L": not running") +
-                 (console ? L" in the console session" : L""));
+    cli::OutLine(args[0] + (running ? L": running" : L": not running") + (console ? L" in the console session" : L""));
     return running ? 0 : 1;
 }
 
@@ -74,7 +73,7 @@ cli::VerbRegistration foreground{{L"foreground", L"foreground [--full] [--strip]
                                   &RunForeground}};
 cli::VerbRegistration running{{L"running", L"running NAME [--console]",
                                L"whether a program of that name runs (exit 0 when it does)", &RunRunning}};
-cli::VerbRegistration modules{{L"modules", L"modules PID", L"the modules a process has loaded, in load order",
-                               &RunModules}};
+cli::VerbRegistration modules{
+    {L"modules", L"modules PID", L"the modules a process has loaded, in load order", &RunModules}};
 
 }  // namespace

@@ -38,10 +38,9 @@ KeyPath ParseKey(const std::wstring& text) {
 
 std::wstring StatusText(long status) {
     tav::UniqueLocal<wchar_t> text;
-    DWORD length = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
-                                      FORMAT_MESSAGE_IGNORE_INSERTS,
-                                  nullptr, static_cast<DWORD>(status), 0, reinterpret_cast<wchar_t*>(text.put()), 0,
-                                  nullptr);
+    DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                       nullptr, static_cast<DWORD>(status), 0, reinterpret_cast<wchar_t*>(text.put()), 0, nullptr);
     std::wstring message = length ? std::wstring(text.get(), length) : std::wstring();
     while (!message.empty() && (message.back() == L'\n' || message.back() == L'\r' || message.back() == L'.'))
         message.pop_back();
@@ -155,7 +154,6 @@ int RunReg(const cli::Args& args) {
 }
 
 cli::VerbRegistration reg{{L"reg", L"reg read KEY [VALUE] | list KEY | write KEY VALUE TEXT",
-                           L"read a value, list subkeys, write a string",
-                           &RunReg}};
+                           L"read a value, list subkeys, write a string", &RunReg}};
 
 }  // namespace

@@ -15,9 +15,7 @@ static_assert(sizeof(tav_guid) == sizeof(GUID), "tav_guid is a GUID");
 namespace {
 
 // The host's object as the IDispatch the C++ functions take (asked for with QueryInterface).
-CComQIPtr<IDispatch> Dispatch(void* object) {
-    return CComQIPtr<IDispatch>(static_cast<IUnknown*>(object));
-}
+CComQIPtr<IDispatch> Dispatch(void* object) { return CComQIPtr<IDispatch>(static_cast<IUnknown*>(object)); }
 
 // Hands the smart pointer's reference to the caller: 1 and the pointer, or 0 and null.
 template <typename Pointer> int32_t GiveOut(Pointer& pointer, void** object) {
@@ -34,8 +32,7 @@ public:
     explicit CallbackTrigger(const tav_trigger& callbacks) : m_callbacks(callbacks) {}
 
     ITriggerDevice* GetCurrentDevice() override {
-        const bool inUse =
-            m_callbacks.has_device != nullptr && m_callbacks.has_device(m_callbacks.context) != 0;
+        const bool inUse = m_callbacks.has_device != nullptr && m_callbacks.has_device(m_callbacks.context) != 0;
         return inUse ? this : nullptr;
     }
 
@@ -55,7 +52,7 @@ bool IsGroup(int32_t group) {
            group <= VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS_OR_POWER_USERS;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
@@ -152,8 +149,7 @@ int32_t tav_com_get_disp(void* object, const wchar_t* name, void** value) {
     });
 }
 
-int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buffer, size_t capacity,
-                                size_t* needed) {
+int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -189,9 +185,8 @@ int32_t tav_is_member_of(int32_t group, int32_t* is_member, int32_t verbose) {
         if (!IsGroup(group))
             return TAV_E_UNKNOWN_ENUM;
         static_assert(sizeof(int) == sizeof(int32_t), "int is 32 bits");
-        return VxWindowsPermissionsUtils().IsMemberOf(
-            static_cast<VxWindowsPermissionsUtils::enumQueryGroup>(group), reinterpret_cast<int*>(is_member),
-            verbose);
+        return VxWindowsPermissionsUtils().IsMemberOf(static_cast<VxWindowsPermissionsUtils::enumQueryGroup>(group),
+                                                      reinterpret_cast<int*>(is_member), verbose);
     });
 }
 
@@ -200,8 +195,7 @@ int32_t tav_is_administrator(void) {
 }
 
 int32_t tav_is_administrator_or_power_user(void) {
-    return Guarded(
-        []() -> int32_t { return VxWindowsPermissionsUtils::IsAdministratorOrPowerUser() ? 1 : 0; });
+    return Guarded([]() -> int32_t { return VxWindowsPermissionsUtils::IsAdministratorOrPowerUser() ? 1 : 0; });
 }
 
 int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity, size_t* needed) {
@@ -224,4 +218,4 @@ int32_t tav_support_query_with_trigger(const wchar_t* address, const tav_trigger
     });
 }
 
-} // extern "C"
+}  // extern "C"

@@ -20,13 +20,9 @@ struct tav_textfile_t {
 
 namespace {
 
-CStdStr<wchar_t> Text(const CFileName& name) {
-    return CStdStr<wchar_t>(name.c_str());
-}
+CStdStr<wchar_t> Text(const CFileName& name) { return CStdStr<wchar_t>(name.c_str()); }
 
-bool IsVerField(int32_t field) {
-    return field >= VF_FileVersionNumber && field <= VF_ProductBuildNumber;
-}
+bool IsVerField(int32_t field) { return field >= VF_FileVersionNumber && field <= VF_ProductBuildNumber; }
 
 void ToRecord(const CVerNum& number, tav_version* version) {
     version->major = number.GetMajor();
@@ -67,7 +63,7 @@ int32_t Found(bool found, const CStdStr<wchar_t>& text, wchar_t* buffer, size_t 
     return WithText(found ? 1 : 0, CopyText(found ? text : CStdStr<wchar_t>(), buffer, capacity, needed));
 }
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
@@ -91,8 +87,8 @@ int32_t tav_path_dir(const wchar_t* path, wchar_t* buffer, size_t capacity, size
     return PathText(path, buffer, capacity, needed, [&] { return CFileName(path).GetPath(); });
 }
 
-int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity, size_t* dir_needed,
-                       wchar_t* file, size_t file_capacity, size_t* file_needed) {
+int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity, size_t* dir_needed, wchar_t* file,
+                       size_t file_capacity, size_t* file_needed) {
     return Guarded([&]() -> int32_t {
         if (path == nullptr || BadBuffer(dir, dir_capacity) || BadBuffer(file, file_capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -103,31 +99,28 @@ int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity, s
     });
 }
 
-int32_t tav_path_compose(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
-                         size_t capacity, size_t* needed) {
+int32_t tav_path_compose(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer, size_t capacity,
+                         size_t* needed) {
     if (file == nullptr || ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
     return PathText(path, buffer, capacity, needed, [&] { return Text(CFileName(path, file, ext)); });
 }
 
-int32_t tav_path_beside_exe(const wchar_t* file, const wchar_t* ext, wchar_t* buffer, size_t capacity,
-                            size_t* needed) {
+int32_t tav_path_beside_exe(const wchar_t* file, const wchar_t* ext, wchar_t* buffer, size_t capacity, size_t* needed) {
     if (ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
-    return PathText(file, buffer, capacity, needed,
-                    [&] { return Text(CFileName(CFileName::ExeInstance, file, ext)); });
+    return PathText(file, buffer, capacity, needed, [&] { return Text(CFileName(CFileName::ExeInstance, file, ext)); });
 }
 
 int32_t tav_path_exe_dir(wchar_t* buffer, size_t capacity, size_t* needed) {
     return PathText(L"", buffer, capacity, needed, [] { return Text(CFileName()); });
 }
 
-int32_t tav_path_from_path_and_file(const wchar_t* path, const wchar_t* file, const wchar_t* ext,
-                                    wchar_t* buffer, size_t capacity, size_t* needed) {
+int32_t tav_path_from_path_and_file(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
+                                    size_t capacity, size_t* needed) {
     if (file == nullptr || ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
-    return PathText(path, buffer, capacity, needed,
-                    [&] { return Text(CFileName::FromPathAndFile(path, file, ext)); });
+    return PathText(path, buffer, capacity, needed, [&] { return Text(CFileName::FromPathAndFile(path, file, ext)); });
 }
 
 int32_t tav_path_set_filename(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
@@ -153,19 +146,16 @@ int32_t tav_path_append_directory(const wchar_t* path, const wchar_t* dir, wchar
 }
 
 int32_t tav_path_strip_extension(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Stripped(text, buffer, capacity, needed,
-                    [](CStdStr<wchar_t>& s) { return CFileName::StripExtension(s); });
+    return Stripped(text, buffer, capacity, needed, [](CStdStr<wchar_t>& s) { return CFileName::StripExtension(s); });
 }
 
-int32_t tav_path_strip_trailing_separator(const wchar_t* text, wchar_t* buffer, size_t capacity,
-                                          size_t* needed) {
+int32_t tav_path_strip_trailing_separator(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Stripped(text, buffer, capacity, needed,
                     [](CStdStr<wchar_t>& s) { return CFileName::StripTrailingSeparator(s); });
 }
 
 int32_t tav_path_strip_path(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Stripped(text, buffer, capacity, needed,
-                    [](CStdStr<wchar_t>& s) { return CFileName::StripPath(s); });
+    return Stripped(text, buffer, capacity, needed, [](CStdStr<wchar_t>& s) { return CFileName::StripPath(s); });
 }
 
 int32_t tav_file_exists(const wchar_t* path) {
@@ -177,8 +167,7 @@ int32_t tav_path_exists(const wchar_t* path) {
 }
 
 int32_t tav_path_create_directory(const wchar_t* path, int32_t recursive) {
-    return Guarded(
-        [&]() -> int32_t { return path ? CFileName(path).CreateDirectoryW(recursive) : kNullArgument; });
+    return Guarded([&]() -> int32_t { return path ? CFileName(path).CreateDirectoryW(recursive) : kNullArgument; });
 }
 
 int32_t tav_version_parse(const wchar_t* text, tav_version* version) {
@@ -202,9 +191,7 @@ tav_verinfo tav_verinfo_create(void) {
     return GuardedHandle([]() -> tav_verinfo { return new tav_verinfo_t; });
 }
 
-void tav_verinfo_destroy(tav_verinfo info) {
-    delete info;
-}
+void tav_verinfo_destroy(tav_verinfo info) { delete info; }
 
 int32_t tav_verinfo_init(tav_verinfo info, const wchar_t* file) {
     return Guarded([&]() -> int32_t {
@@ -269,15 +256,13 @@ int32_t tav_verinfo_product_version(tav_verinfo info, tav_version* version) {
 int32_t tav_verinfo_language_code(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed) {
     if (info == nullptr)
         return TAV_E_NULL_HANDLE;
-    return PathText(L"", buffer, capacity, needed,
-                    [&] { return CStdStr<wchar_t>(info->info.GetLanguageCode()); });
+    return PathText(L"", buffer, capacity, needed, [&] { return CStdStr<wchar_t>(info->info.GetLanguageCode()); });
 }
 
 int32_t tav_verinfo_code_page(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed) {
     if (info == nullptr)
         return TAV_E_NULL_HANDLE;
-    return PathText(L"", buffer, capacity, needed,
-                    [&] { return CStdStr<wchar_t>(info->info.GetKbdCodePage()); });
+    return PathText(L"", buffer, capacity, needed, [&] { return CStdStr<wchar_t>(info->info.GetKbdCodePage()); });
 }
 
 int32_t tav_verinfo_file_name(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed) {
@@ -290,9 +275,7 @@ tav_textfile tav_textfile_create(void) {
     return GuardedHandle([]() -> tav_textfile { return new tav_textfile_t; });
 }
 
-void tav_textfile_destroy(tav_textfile file) {
-    delete file;
-}
+void tav_textfile_destroy(tav_textfile file) { delete file; }
 
 int32_t tav_textfile_read(tav_textfile file, const wchar_t* path) {
     return Guarded([&]() -> int32_t {
@@ -353,4 +336,4 @@ int32_t tav_find_progid_server(const wchar_t* prog_id, wchar_t* buffer, size_t c
     });
 }
 
-} // extern "C"
+}  // extern "C"

@@ -14,9 +14,7 @@ using namespace tav::capi;
 
 namespace {
 
-bool IsLogLevel(int32_t level) {
-    return level >= ERROR_LEVEL && level <= DEBUG4_LEVEL;
-}
+bool IsLogLevel(int32_t level) { return level >= ERROR_LEVEL && level <= DEBUG4_LEVEL; }
 
 // The log file this interface opened, if any: closed when the output changes again. Process-wide, like the
 // log stream it stands behind.
@@ -33,13 +31,11 @@ void ReplaceLogStream(FILE* stream) {
     opened = nullptr;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
-int32_t tav_c_interface_version(void) {
-    return 1;
-}
+int32_t tav_c_interface_version(void) { return 1; }
 
 int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
@@ -50,8 +46,7 @@ int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size
     });
 }
 
-int32_t tav_set_string_length(const wchar_t* text, int32_t length, wchar_t* buffer, size_t capacity,
-                              size_t* needed) {
+int32_t tav_set_string_length(const wchar_t* text, int32_t length, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
         if (text == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -111,22 +106,14 @@ int32_t tav_os_ask(int32_t question) {
     return Guarded([&]() -> int32_t {
         const OSInfo os;
         switch (question) {
-        case TAV_OS_USE_VXD_DRIVER:
-            return os.useVxdDriver();
-        case TAV_OS_USE_SYS_DRIVER:
-            return os.useSysDriver();
-        case TAV_OS_DISTINGUISHES_LEFT_RIGHT_MODIFIERS:
-            return os.distinguishesLeftRightModifiers();
-        case TAV_OS_USB_SUPPORTED:
-            return os.isUSBSupported();
-        case TAV_OS_BLUETOOTH_SUPPORTED:
-            return os.isBluetoothSupported();
-        case TAV_OS_802_11B_SUPPORTED:
-            return os.is802_11bSupported();
-        case TAV_OS_UNDERLYING_64BIT:
-            return os.IsUnderlying64Bit();
-        default:
-            return TAV_E_UNKNOWN_ENUM;
+        case TAV_OS_USE_VXD_DRIVER: return os.useVxdDriver();
+        case TAV_OS_USE_SYS_DRIVER: return os.useSysDriver();
+        case TAV_OS_DISTINGUISHES_LEFT_RIGHT_MODIFIERS: return os.distinguishesLeftRightModifiers();
+        case TAV_OS_USB_SUPPORTED: return os.isUSBSupported();
+        case TAV_OS_BLUETOOTH_SUPPORTED: return os.isBluetoothSupported();
+        case TAV_OS_802_11B_SUPPORTED: return os.is802_11bSupported();
+        case TAV_OS_UNDERLYING_64BIT: return os.IsUnderlying64Bit();
+        default: return TAV_E_UNKNOWN_ENUM;
         }
     });
 }
@@ -194,12 +181,8 @@ int32_t tav_log_level_from_name(const wchar_t* name) {
 int32_t tav_log_set_output(int32_t output, const wchar_t* path) {
     return Guarded([&]() -> int32_t {
         switch (output) {
-        case TAV_LOG_TO_STDERR:
-            ReplaceLogStream(stderr);
-            return 1;
-        case TAV_LOG_TO_NONE:
-            ReplaceLogStream(nullptr);
-            return 1;
+        case TAV_LOG_TO_STDERR: ReplaceLogStream(stderr); return 1;
+        case TAV_LOG_TO_NONE: ReplaceLogStream(nullptr); return 1;
         case TAV_LOG_TO_FILE: {
             if (path == nullptr)
                 return TAV_E_NULL_ARGUMENT;
@@ -210,8 +193,7 @@ int32_t tav_log_set_output(int32_t output, const wchar_t* path) {
             OpenedLogFile() = file;
             return 1;
         }
-        default:
-            return TAV_E_UNKNOWN_ENUM;
+        default: return TAV_E_UNKNOWN_ENUM;
         }
     });
 }
@@ -227,4 +209,4 @@ int32_t tav_log_debugger_copy(void) {
     return Guarded([] { return static_cast<int32_t>(OutputToFILE::OutputDebugStrings()); });
 }
 
-} // extern "C"
+}  // extern "C"

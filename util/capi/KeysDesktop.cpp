@@ -32,23 +32,19 @@ struct tav_sound_t {
 
 namespace {
 
-HWND Window(tav_hwnd window) {
-    return static_cast<HWND>(window);
-}
+HWND Window(tav_hwnd window) { return static_cast<HWND>(window); }
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
 int32_t tav_send_keys(const wchar_t* script) {
-    return Guarded(
-        [&]() -> int32_t { return script ? static_cast<int32_t>(SendKeys(script)) : kNullArgument; });
+    return Guarded([&]() -> int32_t { return script ? static_cast<int32_t>(SendKeys(script)) : kNullArgument; });
 }
 
 int32_t tav_keys_run(const wchar_t* script) {
-    return Guarded([&]() -> int32_t {
-        return script ? static_cast<int32_t>(tav::keys::RunKeyScript(script)) : kNullArgument;
-    });
+    return Guarded(
+        [&]() -> int32_t { return script ? static_cast<int32_t>(tav::keys::RunKeyScript(script)) : kNullArgument; });
 }
 
 int32_t tav_send_text(const wchar_t* text) {
@@ -56,15 +52,13 @@ int32_t tav_send_text(const wchar_t* text) {
 }
 
 int32_t tav_send_keys_paced(const wchar_t* script, uint32_t delay_ms) {
-    return Guarded([&]() -> int32_t {
-        return script ? static_cast<int32_t>(SendKeysPaced(script, delay_ms)) : kNullArgument;
-    });
+    return Guarded(
+        [&]() -> int32_t { return script ? static_cast<int32_t>(SendKeysPaced(script, delay_ms)) : kNullArgument; });
 }
 
 int32_t tav_send_text_paced(const wchar_t* text, uint32_t delay_ms) {
-    return Guarded([&]() -> int32_t {
-        return text ? static_cast<int32_t>(SendTextPaced(text, delay_ms)) : kNullArgument;
-    });
+    return Guarded(
+        [&]() -> int32_t { return text ? static_cast<int32_t>(SendTextPaced(text, delay_ms)) : kNullArgument; });
 }
 
 int32_t tav_keys_run_paced(const wchar_t* script, uint32_t delay_ms) {
@@ -104,9 +98,7 @@ int32_t tav_send_keys_clear_in_progress(void) {
     });
 }
 
-uintptr_t tav_send_keys_in_progress(void) {
-    return SendKeys_InProgress();
-}
+uintptr_t tav_send_keys_in_progress(void) { return SendKeys_InProgress(); }
 
 int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
@@ -119,8 +111,7 @@ int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity
             copy[static_cast<size_t>(i)] = queue.At(i);
         const size_t bytes = copy.size() * sizeof(uint16_t);
         size_t neededBytes = 0;
-        const int32_t copied =
-            CopyBytes(copy.data(), bytes, entries, capacity * sizeof(uint16_t), &neededBytes);
+        const int32_t copied = CopyBytes(copy.data(), bytes, entries, capacity * sizeof(uint16_t), &neededBytes);
         if (needed != nullptr)
             *needed = neededBytes / sizeof(uint16_t);
         return WithText(static_cast<int32_t>(result), copied);
@@ -128,9 +119,8 @@ int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity
 }
 
 int32_t tav_keys_lookup_name(const wchar_t* name) {
-    return Guarded([&]() -> int32_t {
-        return name ? static_cast<int32_t>(tav::keys::LookupKeyName(name)) : kNullArgument;
-    });
+    return Guarded(
+        [&]() -> int32_t { return name ? static_cast<int32_t>(tav::keys::LookupKeyName(name)) : kNullArgument; });
 }
 
 int32_t tav_clipboard_get_text(wchar_t* buffer, size_t capacity, size_t* needed) {
@@ -161,9 +151,7 @@ int32_t tav_foreground_grabber_is_attached(tav_grabber grabber) {
     return grabber ? static_cast<int32_t>(grabber->grabber.IsAttached()) : kNullHandle;
 }
 
-void tav_foreground_grabber_end(tav_grabber grabber) {
-    delete grabber;
-}
+void tav_foreground_grabber_end(tav_grabber grabber) { delete grabber; }
 
 tav_hwnd tav_window_focus_window(tav_hwnd window) {
     return GuardedHandle([&]() -> tav_hwnd { return cWindowsHelper::GetFocusWindow(Window(window)); });
@@ -201,9 +189,7 @@ int32_t tav_wait_wait(tav_wait wait, uint32_t timeout_ms, uint32_t step_ms, int3
     });
 }
 
-int32_t tav_wait_abort(tav_wait wait) {
-    return wait ? static_cast<int32_t>(wait->wait.Abort()) : kNullHandle;
-}
+int32_t tav_wait_abort(tav_wait wait) { return wait ? static_cast<int32_t>(wait->wait.Abort()) : kNullHandle; }
 
 int32_t tav_wait_init(tav_wait wait) {
     if (wait == nullptr)
@@ -212,13 +198,9 @@ int32_t tav_wait_init(tav_wait wait) {
     return TAV_OK;
 }
 
-int32_t tav_wait_status(tav_wait wait) {
-    return wait ? static_cast<int32_t>(wait->wait.GetStatus()) : kNullHandle;
-}
+int32_t tav_wait_status(tav_wait wait) { return wait ? static_cast<int32_t>(wait->wait.GetStatus()) : kNullHandle; }
 
-void tav_wait_destroy(tav_wait wait) {
-    delete wait;
-}
+void tav_wait_destroy(tav_wait wait) { delete wait; }
 
 tav_sound tav_sound_create(void) {
     return GuardedHandle([]() -> tav_sound { return new tav_sound_t; });
@@ -249,9 +231,7 @@ int32_t tav_sound_is_repeating(tav_sound sound) {
     return sound ? static_cast<int32_t>(sound->wave.isRepeating()) : kNullHandle;
 }
 
-void tav_sound_destroy(tav_sound sound) {
-    delete sound;
-}
+void tav_sound_destroy(tav_sound sound) { delete sound; }
 
 int32_t tav_sound_application_name(wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
@@ -261,8 +241,8 @@ int32_t tav_sound_application_name(wchar_t* buffer, size_t capacity, size_t* nee
     });
 }
 
-int32_t tav_browse_files(const wchar_t* filter, const wchar_t* initial_dir, const wchar_t* title,
-                         wchar_t* buffer, size_t capacity, size_t* needed) {
+int32_t tav_browse_files(const wchar_t* filter, const wchar_t* initial_dir, const wchar_t* title, wchar_t* buffer,
+                         size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
         if (filter == nullptr || initial_dir == nullptr || title == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -284,4 +264,4 @@ int32_t tav_browse_for_folder(const wchar_t* title, const wchar_t* folder, tav_h
     });
 }
 
-} // extern "C"
+}  // extern "C"

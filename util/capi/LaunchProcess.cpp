@@ -14,9 +14,7 @@ using namespace tav::capi;
 namespace {
 
 // The process-wide finder; the first call that makes it (here or in the C++ interface) chose its flag.
-CProcessFinder& Finder() {
-    return *CProcessFinder::Instance(false);
-}
+CProcessFinder& Finder() { return *CProcessFinder::Instance(false); }
 
 // One text answer of the finder for `pid`: 1 and the text, or 0 and an empty text.
 template <typename Query> int32_t FinderText(Query query, wchar_t* buffer, size_t capacity, size_t* needed) {
@@ -29,21 +27,20 @@ template <typename Query> int32_t FinderText(Query query, wchar_t* buffer, size_
     return WithText(found ? 1 : 0, CopyText(text, buffer, capacity, needed));
 }
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
 int32_t tav_extract_program(const wchar_t* command_line, wchar_t* program, size_t program_capacity,
-                            size_t* program_needed, wchar_t* args, size_t args_capacity,
-                            size_t* args_needed) {
+                            size_t* program_needed, wchar_t* args, size_t args_capacity, size_t* args_needed) {
     return Guarded([&]() -> int32_t {
         if (command_line == nullptr || BadBuffer(program, program_capacity) || BadBuffer(args, args_capacity))
             return TAV_E_NULL_ARGUMENT;
         CStdStr<wchar_t> programText;
         CStdStr<wchar_t> argsText;
         const bool split = ExtractProgram(command_line, programText, argsText);
-        return WithText(split ? 1 : 0, CopyTwo(programText, program, program_capacity, program_needed,
-                                               argsText, args, args_capacity, args_needed));
+        return WithText(split ? 1 : 0, CopyTwo(programText, program, program_capacity, program_needed, argsText, args,
+                                               args_capacity, args_needed));
     });
 }
 
@@ -65,8 +62,7 @@ int32_t tav_is_valid_file(const wchar_t* path, int32_t strip_args) {
     });
 }
 
-int32_t tav_execute_command_line(const wchar_t* command_line, uint32_t show_cmd, int32_t wait,
-                                 tav_handle* process) {
+int32_t tav_execute_command_line(const wchar_t* command_line, uint32_t show_cmd, int32_t wait, tav_handle* process) {
     return Guarded([&]() -> int32_t {
         if (command_line == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -76,16 +72,14 @@ int32_t tav_execute_command_line(const wchar_t* command_line, uint32_t show_cmd,
     });
 }
 
-int32_t tav_execute_program(const wchar_t* program, const wchar_t* parameters, uint32_t show_cmd,
-                            int32_t wait, tav_handle* process) {
+int32_t tav_execute_program(const wchar_t* program, const wchar_t* parameters, uint32_t show_cmd, int32_t wait,
+                            tav_handle* process) {
     return Guarded([&]() -> int32_t {
         if (program == nullptr || parameters == nullptr)
             return TAV_E_NULL_ARGUMENT;
         if (process != nullptr)
             *process = nullptr;
-        return ExecuteProgram(program, parameters, show_cmd, Flag(wait), reinterpret_cast<HANDLE*>(process))
-                   ? 1
-                   : 0;
+        return ExecuteProgram(program, parameters, show_cmd, Flag(wait), reinterpret_cast<HANDLE*>(process)) ? 1 : 0;
     });
 }
 
@@ -101,9 +95,7 @@ int32_t tav_bring_process_to_foreground(uint32_t process_id, tav_handle process)
     return Guarded([&]() -> int32_t { return BringProcessToForeground(process_id, process) ? 1 : 0; });
 }
 
-int32_t tav_close_handle(tav_handle handle) {
-    return handle != nullptr && CloseHandle(handle) ? 1 : 0;
-}
+int32_t tav_close_handle(tav_handle handle) { return handle != nullptr && CloseHandle(handle) ? 1 : 0; }
 
 int32_t tav_messengers_available(wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
@@ -111,8 +103,7 @@ int32_t tav_messengers_available(wchar_t* buffer, size_t capacity, size_t* neede
             return TAV_E_NULL_ARGUMENT;
         std::list<CStdStr<wchar_t>> messengers;
         GetAvailableMessengers(messengers);
-        return WithText(static_cast<int32_t>(messengers.size()),
-                        CopyList(messengers, buffer, capacity, needed));
+        return WithText(static_cast<int32_t>(messengers.size()), CopyList(messengers, buffer, capacity, needed));
     });
 }
 
@@ -122,15 +113,13 @@ int32_t tav_launch_messenger(const wchar_t* name) {
 
 int32_t tav_is_pv_app_installed(wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
-        return FinderText([](CStdStr<wchar_t>& path) { return IsPVAppInstalled(path) != 0; }, buffer,
-                          capacity, needed);
+        return FinderText([](CStdStr<wchar_t>& path) { return IsPVAppInstalled(path) != 0; }, buffer, capacity, needed);
     });
 }
 
 int32_t tav_process_finder_init(int32_t strip_extension) {
-    return Guarded([&]() -> int32_t {
-        return CProcessFinder::Instance(Flag(strip_extension))->StripsExtension() ? 1 : 0;
-    });
+    return Guarded(
+        [&]() -> int32_t { return CProcessFinder::Instance(Flag(strip_extension))->StripsExtension() ? 1 : 0; });
 }
 
 int32_t tav_process_foreground_name(intptr_t window, wchar_t* buffer, size_t capacity, size_t* needed) {
@@ -151,15 +140,15 @@ int32_t tav_process_foreground_full_name(intptr_t window, wchar_t* buffer, size_
 
 int32_t tav_process_name(uint32_t pid, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
-        return FinderText([&](CStdStr<wchar_t>& name) { return Finder().GetProcessName(pid, name); }, buffer,
-                          capacity, needed);
+        return FinderText([&](CStdStr<wchar_t>& name) { return Finder().GetProcessName(pid, name); }, buffer, capacity,
+                          needed);
     });
 }
 
 int32_t tav_process_full_name(uint32_t pid, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
-        return FinderText([&](CStdStr<wchar_t>& path) { return Finder().GetProcessFullName(pid, path); },
-                          buffer, capacity, needed);
+        return FinderText([&](CStdStr<wchar_t>& path) { return Finder().GetProcessFullName(pid, path); }, buffer,
+                          capacity, needed);
     });
 }
 
@@ -183,4 +172,4 @@ int32_t tav_process_modules(uint32_t pid, wchar_t* buffer, size_t capacity, size
     });
 }
 
-} // extern "C"
+}  // extern "C"

@@ -24,9 +24,7 @@ static_assert(sizeof(tav_rect) == sizeof(RECT) && sizeof(tav_point) == sizeof(PO
 
 namespace {
 
-HKEY Key(tav_hkey key) {
-    return static_cast<HKEY>(key);
-}
+HKEY Key(tav_hkey key) { return static_cast<HKEY>(key); }
 
 // Runs `body` on the handle's object, with the C layer's checks for the handle and the text arguments.
 template <typename Handle, typename Body>
@@ -45,7 +43,7 @@ template <typename Record, typename Object> void CopyRecord(const Object& from, 
     std::memcpy(to, &from, sizeof(Record));
 }
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
@@ -53,9 +51,7 @@ tav_registry tav_registry_create(void) {
     return GuardedHandle([]() -> tav_registry { return new tav_registry_t; });
 }
 
-void tav_registry_destroy(tav_registry key) {
-    delete key;
-}
+void tav_registry_destroy(tav_registry key) { delete key; }
 
 int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only) {
     return OnHandle(key, {path}, [&]() -> int32_t {
@@ -87,18 +83,15 @@ int32_t tav_registry_write_string(tav_registry key, const wchar_t* name, const w
     return OnHandle(key, {name, value}, [&]() -> int32_t { return key->key.WriteStringValue(name, value); });
 }
 
-int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data,
-                                 uint32_t* size) {
+int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data, uint32_t* size) {
     return OnHandle(key, {name}, [&]() -> int32_t {
         static_assert(sizeof(unsigned long) == sizeof(uint32_t), "Windows' unsigned long is 32 bits");
-        return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type),
-                                     static_cast<unsigned char*>(data),
+        return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type), static_cast<unsigned char*>(data),
                                      reinterpret_cast<unsigned long*>(size));
     });
 }
 
-int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type, const void* data,
-                               uint32_t size) {
+int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type, const void* data, uint32_t size) {
     return OnHandle(key, {name}, [&]() -> int32_t {
         if (data == nullptr && size != 0)
             return TAV_E_NULL_ARGUMENT;
@@ -119,8 +112,7 @@ int32_t tav_registry_subkeys(tav_registry key, wchar_t* buffer, size_t capacity,
         if (BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
         std::list<CStdStr<wchar_t>> names;
-        for (const wchar_t* name = key->key.GetFirstSubkey(); name != nullptr;
-             name = key->key.GetNextSubkey())
+        for (const wchar_t* name = key->key.GetFirstSubkey(); name != nullptr; name = key->key.GetNextSubkey())
             names.emplace_back(name);
         return WithText(static_cast<int32_t>(names.size()), CopyList(names, buffer, capacity, needed));
     });
@@ -130,9 +122,7 @@ tav_settings tav_settings_create(void) {
     return GuardedHandle([]() -> tav_settings { return new tav_settings_t; });
 }
 
-void tav_settings_destroy(tav_settings settings) {
-    delete settings;
-}
+void tav_settings_destroy(tav_settings settings) { delete settings; }
 
 int32_t tav_settings_set_root(tav_settings settings, tav_hkey root) {
     return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.SetRootKey(Key(root)); });
@@ -150,8 +140,7 @@ int32_t tav_settings_create_key(tav_settings settings, const wchar_t* path) {
 }
 
 int32_t tav_settings_set_key(tav_settings settings, const wchar_t* path, int32_t can_create) {
-    return OnHandle(settings, {path},
-                    [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
+    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
 }
 
 int32_t tav_settings_clear_key(tav_settings settings) {
@@ -171,8 +160,7 @@ int32_t tav_settings_current_path(tav_settings settings, wchar_t* buffer, size_t
 }
 
 int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root) {
-    return OnHandle(settings, {path},
-                    [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
+    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
 }
 
 int32_t tav_settings_delete_key(tav_settings settings, const wchar_t* path) {
@@ -237,8 +225,8 @@ int32_t tav_settings_last_status(tav_settings settings) {
     return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.GetLastStatus(); });
 }
 
-int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def,
-                                 wchar_t* buffer, size_t capacity, size_t* needed) {
+int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def, wchar_t* buffer,
+                                 size_t capacity, size_t* needed) {
     return OnHandle(settings, {name, def}, [&]() -> int32_t {
         if (BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -339,13 +327,11 @@ int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_l
 }
 
 int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name, const wchar_t* value) {
-    return OnHandle(settings, {name, value},
-                    [&]() -> int32_t { return settings->settings.WriteString(name, value); });
+    return OnHandle(settings, {name, value}, [&]() -> int32_t { return settings->settings.WriteString(name, value); });
 }
 
 int32_t tav_settings_write_dword(tav_settings settings, const wchar_t* name, uint32_t value) {
-    return OnHandle(settings, {name},
-                    [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
+    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
 }
 
 int32_t tav_settings_write_int(tav_settings settings, const wchar_t* name, int32_t value) {
@@ -357,13 +343,11 @@ int32_t tav_settings_write_bool(tav_settings settings, const wchar_t* name, int3
 }
 
 int32_t tav_settings_write_color(tav_settings settings, const wchar_t* name, uint32_t value) {
-    return OnHandle(settings, {name},
-                    [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
+    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
 }
 
 int32_t tav_settings_write_float(tav_settings settings, const wchar_t* name, double value) {
-    return OnHandle(settings, {name},
-                    [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
+    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
 }
 
 int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* value) {
@@ -406,4 +390,4 @@ int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name, cons
     });
 }
 
-} // extern "C"
+}  // extern "C"

@@ -124,8 +124,8 @@ typedef struct tav_version {
 TAVUTIL_C_API int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size_t capacity,
                                      size_t* needed);
 /* SetStringLength: `text` cut to `length` units, or to its first NUL. TAV_OK. */
-TAVUTIL_C_API int32_t tav_set_string_length(const wchar_t* text, int32_t length, wchar_t* buffer,
-                                            size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_set_string_length(const wchar_t* text, int32_t length, wchar_t* buffer, size_t capacity,
+                                            size_t* needed);
 /* EnsureTrailingBackslash / StripTrailingBackslash applied to `path`. TAV_OK. */
 TAVUTIL_C_API int32_t tav_ensure_trailing_backslash(const wchar_t* path, wchar_t* buffer, size_t capacity,
                                                     size_t* needed);
@@ -199,8 +199,7 @@ TAVUTIL_C_API int32_t tav_send_keys_paced(const wchar_t* script, uint32_t delay_
 TAVUTIL_C_API int32_t tav_send_text_paced(const wchar_t* text, uint32_t delay_ms);
 TAVUTIL_C_API int32_t tav_keys_run_paced(const wchar_t* script, uint32_t delay_ms);
 /* SendKeysRemoveSpecialChars: `text` escaped so that SendKeys types it literally. TAV_OK. */
-TAVUTIL_C_API int32_t tav_send_keys_escape(const wchar_t* text, wchar_t* buffer, size_t capacity,
-                                           size_t* needed);
+TAVUTIL_C_API int32_t tav_send_keys_escape(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed);
 /* SendKeys_ReleaseAll. TAV_OK. */
 TAVUTIL_C_API int32_t tav_send_keys_release_all(void);
 /* The process-wide in-progress marker. */
@@ -210,8 +209,7 @@ TAVUTIL_C_API uintptr_t tav_send_keys_in_progress(void);
 /* Parses `script` into the key queue and sends nothing (ParseKeyScript); the queue's entries (virtual-key
  * codes, 0xFFFE begin hold, 0xFFFD end hold, 0xFFFF sync) are copied to `entries`, whose capacity and
  * `needed` count entries (no terminator). Returns the SKERR of the parse. */
-TAVUTIL_C_API int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity,
-                                     size_t* needed);
+TAVUTIL_C_API int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity, size_t* needed);
 /* The virtual-key code of a key name of the script language, or 0. */
 TAVUTIL_C_API int32_t tav_keys_lookup_name(const wchar_t* name);
 
@@ -232,8 +230,7 @@ TAVUTIL_C_API void tav_foreground_grabber_end(tav_grabber grabber);
  * (null when none, and for a null class name); the handle as text. */
 TAVUTIL_C_API tav_hwnd tav_window_focus_window(tav_hwnd window);
 TAVUTIL_C_API tav_hwnd tav_window_child_by_class(tav_hwnd parent, const wchar_t* class_name);
-TAVUTIL_C_API int32_t tav_window_handle_to_text(tav_hwnd window, wchar_t* buffer, size_t capacity,
-                                                size_t* needed);
+TAVUTIL_C_API int32_t tav_window_handle_to_text(tav_hwnd window, wchar_t* buffer, size_t capacity, size_t* needed);
 /* CProcessFinder::WaitForegroundWindow: the foreground window, waiting a few rounds while there is none. */
 TAVUTIL_C_API tav_hwnd tav_wait_foreground_window(void);
 
@@ -241,8 +238,7 @@ TAVUTIL_C_API tav_hwnd tav_wait_foreground_window(void);
 /* CWait. Statuses (CWaitStatus): 0 waiting, 1 aborted, 2 timeout, 3 quit, 4 command. */
 typedef struct tav_wait_t* tav_wait;
 TAVUTIL_C_API tav_wait tav_wait_create(void);
-TAVUTIL_C_API int32_t tav_wait_wait(tav_wait wait, uint32_t timeout_ms, uint32_t step_ms,
-                                    int32_t stop_on_command);
+TAVUTIL_C_API int32_t tav_wait_wait(tav_wait wait, uint32_t timeout_ms, uint32_t step_ms, int32_t stop_on_command);
 TAVUTIL_C_API int32_t tav_wait_abort(tav_wait wait); /* the status after the abort */
 TAVUTIL_C_API int32_t tav_wait_init(tav_wait wait);  /* TAV_OK */
 TAVUTIL_C_API int32_t tav_wait_status(tav_wait wait);
@@ -265,9 +261,8 @@ TAVUTIL_C_API int32_t tav_sound_application_name(wchar_t* buffer, size_t capacit
 /* ---- Desktop: pickers ------------------------------------------------------------------------------- */
 /* BrowseFiles: 1 and the chosen path, or 0 (cancelled; an empty text). `filter` as "Text|*.txt||". The
  * dialog runs before the answer is copied: give a buffer of at least 260 units. */
-TAVUTIL_C_API int32_t tav_browse_files(const wchar_t* filter, const wchar_t* initial_dir,
-                                       const wchar_t* title, wchar_t* buffer, size_t capacity,
-                                       size_t* needed);
+TAVUTIL_C_API int32_t tav_browse_files(const wchar_t* filter, const wchar_t* initial_dir, const wchar_t* title,
+                                       wchar_t* buffer, size_t capacity, size_t* needed);
 /* BrowseForFolder starting at `folder`, owned by `parent` (null: the host's main window): 1 and the chosen
  * folder, or 0 and `folder` as given. */
 TAVUTIL_C_API int32_t tav_browse_for_folder(const wchar_t* title, const wchar_t* folder, tav_hwnd parent,
@@ -275,9 +270,9 @@ TAVUTIL_C_API int32_t tav_browse_for_folder(const wchar_t* title, const wchar_t*
 
 /* ---- Launching ---------------------------------------------------------------------------------------- */
 /* ExtractProgram: 1 with the program and the argument text; 0 for an empty line (two empty texts). */
-TAVUTIL_C_API int32_t tav_extract_program(const wchar_t* command_line, wchar_t* program,
-                                          size_t program_capacity, size_t* program_needed, wchar_t* args,
-                                          size_t args_capacity, size_t* args_needed);
+TAVUTIL_C_API int32_t tav_extract_program(const wchar_t* command_line, wchar_t* program, size_t program_capacity,
+                                          size_t* program_needed, wchar_t* args, size_t args_capacity,
+                                          size_t* args_needed);
 /* stripTrailingArgument: TAV_OK, or TAV_E_OUT_OF_RANGE where the C++ form throws. */
 TAVUTIL_C_API int32_t tav_strip_trailing_argument(const wchar_t* line, wchar_t* buffer, size_t capacity,
                                                   size_t* needed);
@@ -287,8 +282,8 @@ TAVUTIL_C_API int32_t tav_is_valid_file(const wchar_t* path, int32_t strip_args)
  * null) receives the new process's handle or null; close it with tav_close_handle. */
 TAVUTIL_C_API int32_t tav_execute_command_line(const wchar_t* command_line, uint32_t show_cmd, int32_t wait,
                                                tav_handle* process);
-TAVUTIL_C_API int32_t tav_execute_program(const wchar_t* program, const wchar_t* parameters,
-                                          uint32_t show_cmd, int32_t wait, tav_handle* process);
+TAVUTIL_C_API int32_t tav_execute_program(const wchar_t* program, const wchar_t* parameters, uint32_t show_cmd,
+                                          int32_t wait, tav_handle* process);
 /* ExecProgAndWaitForInit: 1 or 0. */
 TAVUTIL_C_API int32_t tav_exec_and_wait_for_init(const wchar_t* command_line, uint32_t show_cmd);
 /* BringProcessToForeground: 1 or 0 (`process` may be null). */
@@ -310,8 +305,7 @@ TAVUTIL_C_API int32_t tav_is_pv_app_installed(wchar_t* buffer, size_t capacity, 
 TAVUTIL_C_API int32_t tav_process_finder_init(int32_t strip_extension);
 /* Name / full path of the process that owns `window` (0: the foreground window); an empty text when none.
  * TAV_OK. */
-TAVUTIL_C_API int32_t tav_process_foreground_name(intptr_t window, wchar_t* buffer, size_t capacity,
-                                                  size_t* needed);
+TAVUTIL_C_API int32_t tav_process_foreground_name(intptr_t window, wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_process_foreground_full_name(intptr_t window, wchar_t* buffer, size_t capacity,
                                                        size_t* needed);
 /* The executable name / full path of process `pid`: 1, or 0 and an empty text. */
@@ -329,25 +323,23 @@ typedef struct tav_registry_t* tav_registry;
 TAVUTIL_C_API tav_registry tav_registry_create(void);
 TAVUTIL_C_API void tav_registry_destroy(tav_registry key);
 /* read_only 0: created when missing, full access; 1: read access, native view then the 32-bit view. */
-TAVUTIL_C_API int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path,
-                                        int32_t read_only);
+TAVUTIL_C_API int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only);
 TAVUTIL_C_API int32_t tav_registry_close(tav_registry key);
 TAVUTIL_C_API int32_t tav_registry_is_valid(tav_registry key); /* 1 or 0 */
 /* ReadStringValue: 0 and the text, or 1 and an empty text. */
-TAVUTIL_C_API int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t* buffer,
-                                               size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t* buffer, size_t capacity,
+                                               size_t* needed);
 TAVUTIL_C_API int32_t tav_registry_write_string(tav_registry key, const wchar_t* name, const wchar_t* value);
 /* RegQueryValueExW passed through: `size` in bytes in and out; a null `data` asks for the size. */
-TAVUTIL_C_API int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type,
-                                               void* data, uint32_t* size);
+TAVUTIL_C_API int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data,
+                                               uint32_t* size);
 /* RegSetValueExW with `size` bytes of `data`. */
-TAVUTIL_C_API int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type,
-                                             const void* data, uint32_t size);
+TAVUTIL_C_API int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type, const void* data,
+                                             uint32_t size);
 TAVUTIL_C_API int32_t tav_registry_delete_value(tav_registry key, const wchar_t* name);
 TAVUTIL_C_API int32_t tav_registry_delete_key(tav_registry key, const wchar_t* subkey);
 /* The subkey names, in enumeration order, as a list. Returns their number. */
-TAVUTIL_C_API int32_t tav_registry_subkeys(tav_registry key, wchar_t* buffer, size_t capacity,
-                                           size_t* needed);
+TAVUTIL_C_API int32_t tav_registry_subkeys(tav_registry key, wchar_t* buffer, size_t capacity, size_t* needed);
 
 /* ---- Registry: typed settings (CRegistryClass) --------------------------------------------------------- */
 /* Non-zero for success unless stated; reads give the default on any failure. Names and paths as text. */
@@ -372,11 +364,10 @@ TAVUTIL_C_API int32_t tav_settings_data_size(tav_settings settings, const wchar_
 TAVUTIL_C_API int32_t tav_settings_data_type(tav_settings settings, const wchar_t* name); /* REG_ type */
 TAVUTIL_C_API int32_t tav_settings_subkey_count(tav_settings settings);                   /* -1 on failure */
 TAVUTIL_C_API int32_t tav_settings_value_count(tav_settings settings);                    /* -1 on failure */
-TAVUTIL_C_API int32_t tav_settings_subkey_name(tav_settings settings, int32_t index, wchar_t* buffer,
-                                               size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_settings_subkey_name(tav_settings settings, int32_t index, wchar_t* buffer, size_t capacity,
+                                               size_t* needed);
 /* Does nothing, as RenameValue: TAV_OK. */
-TAVUTIL_C_API int32_t tav_settings_rename_value(tav_settings settings, const wchar_t* from,
-                                                const wchar_t* to);
+TAVUTIL_C_API int32_t tav_settings_rename_value(tav_settings settings, const wchar_t* from, const wchar_t* to);
 TAVUTIL_C_API int32_t tav_settings_set_lazy_write(tav_settings settings, int32_t lazy_write); /* TAV_OK */
 TAVUTIL_C_API int32_t tav_settings_lazy_write(tav_settings settings);
 TAVUTIL_C_API int32_t tav_settings_last_status(tav_settings settings); /* a Windows status code */
@@ -386,19 +377,15 @@ TAVUTIL_C_API int32_t tav_settings_read_string(tav_settings settings, const wcha
                                                wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_settings_read_dword(tav_settings settings, const wchar_t* name, uint32_t def,
                                               uint32_t* value);
-TAVUTIL_C_API int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_t def,
-                                            int32_t* value);
-TAVUTIL_C_API int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32_t def,
-                                             int32_t* value);
+TAVUTIL_C_API int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value);
+TAVUTIL_C_API int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value);
 TAVUTIL_C_API int32_t tav_settings_read_color(tav_settings settings, const wchar_t* name, uint32_t def,
                                               uint32_t* value);
-TAVUTIL_C_API int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, double def,
-                                              double* value);
-TAVUTIL_C_API int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name,
-                                                  const tav_date_time* def, tav_date_time* value);
+TAVUTIL_C_API int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, double def, double* value);
+TAVUTIL_C_API int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* def,
+                                                  tav_date_time* value);
 /* Reads into caller records: 1 or 0. */
-TAVUTIL_C_API int32_t tav_settings_read_binary(tav_settings settings, const wchar_t* name, void* data,
-                                               uint32_t size);
+TAVUTIL_C_API int32_t tav_settings_read_binary(tav_settings settings, const wchar_t* name, void* data, uint32_t size);
 TAVUTIL_C_API int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_rect* rect);
 TAVUTIL_C_API int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_point* point);
 TAVUTIL_C_API int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_size* size);
@@ -406,8 +393,7 @@ TAVUTIL_C_API int32_t tav_settings_read_size(tav_settings settings, const wchar_
 TAVUTIL_C_API int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_logfont* font);
 
 /* Writes into the current key, which must exist. */
-TAVUTIL_C_API int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name,
-                                                const wchar_t* value);
+TAVUTIL_C_API int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name, const wchar_t* value);
 TAVUTIL_C_API int32_t tav_settings_write_dword(tav_settings settings, const wchar_t* name, uint32_t value);
 TAVUTIL_C_API int32_t tav_settings_write_int(tav_settings settings, const wchar_t* name, int32_t value);
 TAVUTIL_C_API int32_t tav_settings_write_bool(tav_settings settings, const wchar_t* name, int32_t value);
@@ -415,52 +401,42 @@ TAVUTIL_C_API int32_t tav_settings_write_color(tav_settings settings, const wcha
 TAVUTIL_C_API int32_t tav_settings_write_float(tav_settings settings, const wchar_t* name, double value);
 TAVUTIL_C_API int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name,
                                                    const tav_date_time* value);
-TAVUTIL_C_API int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name,
-                                              const tav_rect* rect);
-TAVUTIL_C_API int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name,
-                                               const tav_point* point);
-TAVUTIL_C_API int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name,
-                                              const tav_size* size);
+TAVUTIL_C_API int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name, const tav_rect* rect);
+TAVUTIL_C_API int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name, const tav_point* point);
+TAVUTIL_C_API int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name, const tav_size* size);
 /* Writes the font that the system creates from `font`. */
-TAVUTIL_C_API int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name,
-                                              const tav_logfont* font);
+TAVUTIL_C_API int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name, const tav_logfont* font);
 
 /* ---- Files: paths (CFileName) ------------------------------------------------------------------------ */
 /* The parts of `path`: drive ("D:"), directory without the drive, file name without extension, extension
  * with its dot, drive and directory. TAV_OK (an empty text where the part is missing or does not fit). */
 TAVUTIL_C_API int32_t tav_path_drive(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed);
-TAVUTIL_C_API int32_t tav_path_dir_no_drive(const wchar_t* path, wchar_t* buffer, size_t capacity,
-                                            size_t* needed);
+TAVUTIL_C_API int32_t tav_path_dir_no_drive(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_path_file(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed);
-TAVUTIL_C_API int32_t tav_path_extension(const wchar_t* path, wchar_t* buffer, size_t capacity,
-                                         size_t* needed);
+TAVUTIL_C_API int32_t tav_path_extension(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_path_dir(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed);
 /* Split: drive and directory, and file name with extension. TAV_OK. */
-TAVUTIL_C_API int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity,
-                                     size_t* dir_needed, wchar_t* file, size_t file_capacity,
-                                     size_t* file_needed);
+TAVUTIL_C_API int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity, size_t* dir_needed,
+                                     wchar_t* file, size_t file_capacity, size_t* file_needed);
 /* Composition: CFileName(path, file, ext); CFileName(module of the executable, file, ext); CFileName();
  * FromPathAndFile; SetFilename; AppendDirectory. TAV_OK. */
-TAVUTIL_C_API int32_t tav_path_compose(const wchar_t* path, const wchar_t* file, const wchar_t* ext,
-                                       wchar_t* buffer, size_t capacity, size_t* needed);
-TAVUTIL_C_API int32_t tav_path_beside_exe(const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
-                                          size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_path_compose(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
+                                       size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_path_beside_exe(const wchar_t* file, const wchar_t* ext, wchar_t* buffer, size_t capacity,
+                                          size_t* needed);
 TAVUTIL_C_API int32_t tav_path_exe_dir(wchar_t* buffer, size_t capacity, size_t* needed);
-TAVUTIL_C_API int32_t tav_path_from_path_and_file(const wchar_t* path, const wchar_t* file,
-                                                  const wchar_t* ext, wchar_t* buffer, size_t capacity,
-                                                  size_t* needed);
+TAVUTIL_C_API int32_t tav_path_from_path_and_file(const wchar_t* path, const wchar_t* file, const wchar_t* ext,
+                                                  wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_path_set_filename(const wchar_t* path, const wchar_t* file, const wchar_t* ext,
                                             wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_path_append_directory(const wchar_t* path, const wchar_t* dir, wchar_t* buffer,
                                                 size_t capacity, size_t* needed);
 /* StripExtension, StripTrailingSeparator (TAV_E_OUT_OF_RANGE on an empty text), StripPath: 1 when something
  * was removed, else 0; the text after the call. */
-TAVUTIL_C_API int32_t tav_path_strip_extension(const wchar_t* text, wchar_t* buffer, size_t capacity,
-                                               size_t* needed);
+TAVUTIL_C_API int32_t tav_path_strip_extension(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_path_strip_trailing_separator(const wchar_t* text, wchar_t* buffer, size_t capacity,
                                                         size_t* needed);
-TAVUTIL_C_API int32_t tav_path_strip_path(const wchar_t* text, wchar_t* buffer, size_t capacity,
-                                          size_t* needed);
+TAVUTIL_C_API int32_t tav_path_strip_path(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed);
 /* FileExists (a find-first match) and Exists: 1 or 0. */
 TAVUTIL_C_API int32_t tav_file_exists(const wchar_t* path);
 TAVUTIL_C_API int32_t tav_path_exists(const wchar_t* path);
@@ -486,12 +462,9 @@ TAVUTIL_C_API int32_t tav_verinfo_field_name(int32_t field, wchar_t* buffer, siz
 TAVUTIL_C_API int32_t tav_verinfo_file_version(tav_verinfo info, tav_version* version);    /* 1 or 0 */
 TAVUTIL_C_API int32_t tav_verinfo_product_version(tav_verinfo info, tav_version* version); /* 1 or 0 */
 /* The language code and code page (four hexadecimal digits each) and the file name. TAV_OK. */
-TAVUTIL_C_API int32_t tav_verinfo_language_code(tav_verinfo info, wchar_t* buffer, size_t capacity,
-                                                size_t* needed);
-TAVUTIL_C_API int32_t tav_verinfo_code_page(tav_verinfo info, wchar_t* buffer, size_t capacity,
-                                            size_t* needed);
-TAVUTIL_C_API int32_t tav_verinfo_file_name(tav_verinfo info, wchar_t* buffer, size_t capacity,
-                                            size_t* needed);
+TAVUTIL_C_API int32_t tav_verinfo_language_code(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_verinfo_code_page(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_verinfo_file_name(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed);
 
 /* ---- Files: whole files in memory (cTextFile) ------------------------------------------------------ */
 typedef struct tav_textfile_t* tav_textfile;
@@ -510,8 +483,7 @@ TAVUTIL_C_API int32_t tav_install_date(wchar_t* buffer, size_t capacity, size_t*
 TAVUTIL_C_API int32_t tav_find_application_path(const wchar_t* app, const wchar_t* ext, wchar_t* buffer,
                                                 size_t capacity, size_t* needed);
 /* FindMostRecentProgIdPath: 1 and the local server's command, or 0 and an empty text. */
-TAVUTIL_C_API int32_t tav_find_progid_server(const wchar_t* prog_id, wchar_t* buffer, size_t capacity,
-                                             size_t* needed);
+TAVUTIL_C_API int32_t tav_find_progid_server(const wchar_t* prog_id, wchar_t* buffer, size_t capacity, size_t* needed);
 
 /* ---- Automation (ComUtils) ------------------------------------------------------------------------- */
 /* The caller's thread has initialised COM. Objects go in and out as void* (IUnknown* / IDispatch*); every
@@ -523,16 +495,15 @@ TAVUTIL_C_API int32_t tav_com_try_get_active_object(const tav_guid* clsid, void*
 /* GetActiveAppDispatch (IUnknown*), GetAppDispatch, CreateObject, FindInROT (IDispatch*): 1 and the object,
  * or 0 and null. */
 TAVUTIL_C_API int32_t tav_com_get_active_app(const wchar_t* prog_id, void** object);
-TAVUTIL_C_API int32_t tav_com_get_app_dispatch(const wchar_t* prog_id, int32_t create_if_not_running,
-                                               void** object);
+TAVUTIL_C_API int32_t tav_com_get_app_dispatch(const wchar_t* prog_id, int32_t create_if_not_running, void** object);
 TAVUTIL_C_API int32_t tav_com_create_object(const wchar_t* prog_id, void** object);
 TAVUTIL_C_API int32_t tav_com_find_in_rot(const wchar_t* prog_id, void** object);
 /* Property reads as GetPropLong, GetPropBool (1 or 0), GetDisp (an IDispatch* or null), GetPropW: TAV_OK. */
 TAVUTIL_C_API int32_t tav_com_get_prop_long(void* object, const wchar_t* name, int32_t* value);
 TAVUTIL_C_API int32_t tav_com_get_prop_bool(void* object, const wchar_t* name, int32_t* value);
 TAVUTIL_C_API int32_t tav_com_get_disp(void* object, const wchar_t* name, void** value);
-TAVUTIL_C_API int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buffer,
-                                              size_t capacity, size_t* needed);
+TAVUTIL_C_API int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buffer, size_t capacity,
+                                              size_t* needed);
 /* SetPropBool: 1 when the object accepted it, else 0. */
 TAVUTIL_C_API int32_t tav_com_set_prop_bool(void* object, const wchar_t* name, int32_t value);
 /* GetObjName: the type name, or an empty text. TAV_OK. */
@@ -558,8 +529,7 @@ typedef struct tav_trigger {
 /* The query for `address` from the base builder (CSWandDeviceInfo), and from the trigger variant
  * (SWAndDeviceInfoImpl; `trigger` may be null: no trigger). An empty text for an address that is not a
  * support address. TAV_OK. */
-TAVUTIL_C_API int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity,
-                                        size_t* needed);
+TAVUTIL_C_API int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity, size_t* needed);
 TAVUTIL_C_API int32_t tav_support_query_with_trigger(const wchar_t* address, const tav_trigger* trigger,
                                                      wchar_t* buffer, size_t capacity, size_t* needed);
 

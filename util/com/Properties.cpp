@@ -41,13 +41,13 @@ HRESULT PutProperty(IDispatch* object, DISPID dispid, VARIANT* value) {
     DISPID putId = DISPID_PROPERTYPUT;
     DISPPARAMS arguments = {value, &putId, 1, 1};
     if (IsPutByReference(value->vt)) {
-        HRESULT hr = object->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUTREF, &arguments,
-                                    nullptr, nullptr, nullptr);
+        HRESULT hr = object->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUTREF, &arguments, nullptr,
+                                    nullptr, nullptr);
         if (SUCCEEDED(hr))
             return hr;
     }
-    return object->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &arguments, nullptr,
-                          nullptr, nullptr);
+    return object->Invoke(dispid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &arguments, nullptr, nullptr,
+                          nullptr);
 }
 
 CStdStr<wchar_t> TypeNameOf(IDispatch* object) {
@@ -67,13 +67,26 @@ CStdStr<wchar_t> TypeNameOf(IDispatch* object) {
 // pointer could only crash the host. Every other type is read without a check, as it always was.
 bool HoldsNoPointer(VARTYPE type) {
     switch (type) {
-    case VT_EMPTY: case VT_NULL:
-    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_INT:
-    case VT_UI1: case VT_UI2: case VT_UI4: case VT_UI8: case VT_UINT:
-    case VT_R4: case VT_R8: case VT_CY: case VT_DATE: case VT_ERROR: case VT_BOOL: case VT_DECIMAL:
-        return true;
-    default:
-        return false;
+    case VT_EMPTY:
+    case VT_NULL:
+    case VT_I1:
+    case VT_I2:
+    case VT_I4:
+    case VT_I8:
+    case VT_INT:
+    case VT_UI1:
+    case VT_UI2:
+    case VT_UI4:
+    case VT_UI8:
+    case VT_UINT:
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+    case VT_ERROR:
+    case VT_BOOL:
+    case VT_DECIMAL: return true;
+    default: return false;
     }
 }
 

@@ -32,8 +32,7 @@ CStdStr<wchar_t> DialogFilter(const CStdStr<wchar_t>& filter) {
 // systems get the resizable dialog.
 bool IsOlderFolderDialogSystem(OSInfo::OSType type) {
     const int value = static_cast<int>(type);
-    return (value >= OSInfo::OS_WIN95 && value <= 4) || value == OSInfo::OS_WINNT351 ||
-           value == OSInfo::OS_WINNT4;
+    return (value >= OSInfo::OS_WIN95 && value <= 4) || value == OSInfo::OS_WINNT351 || value == OSInfo::OS_WINNT4;
 }
 
 bool FolderExists(const CStdStr<wchar_t>& folder) {

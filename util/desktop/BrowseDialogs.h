@@ -12,8 +12,8 @@
 // Asks for an existing file. `filter` is written as pairs of description and pattern, each ended by "|",
 // the whole ended by one more "|" ("Text files|*.txt||"). An empty title or folder leaves the dialog's
 // own. On confirmation `file` receives the full path; on cancel it is left unchanged.
-TAVUTIL_API bool BrowseFiles(const CStdStr<wchar_t>& filter, CStdStr<wchar_t>& file,
-                             const CStdStr<wchar_t>& initialDir, const CStdStr<wchar_t>& title);
+TAVUTIL_API bool BrowseFiles(const CStdStr<wchar_t>& filter, CStdStr<wchar_t>& file, const CStdStr<wchar_t>& initialDir,
+                             const CStdStr<wchar_t>& title);
 
 // Asks for a folder, starting at `folder` (made for the dialog when it does not exist, and removed again
 // unless the user chose it). On confirmation `folder` receives the chosen one. With no parent, the

@@ -21,8 +21,7 @@ DWORD SoundFlags(cWave::PlayModeEnum mode) {
 
 CStdStr<wchar_t> SchemeKeyPath(const CStdStr<wchar_t>& eventName) {
     CStdStr<wchar_t> path;
-    path.Format(L"AppEvents\\Schemes\\Apps\\%s\\%s\\.Current", cWave::applicationName().c_str(),
-                eventName.c_str());
+    path.Format(L"AppEvents\\Schemes\\Apps\\%s\\%s\\.Current", cWave::applicationName().c_str(), eventName.c_str());
     return path;
 }
 
@@ -31,8 +30,7 @@ CStdStr<wchar_t> SchemeKeyPath(const CStdStr<wchar_t>& eventName) {
 bool ReadSoundText(HKEY key, CStdStr<wchar_t>& text) {
     wchar_t buffer[MAX_PATH + 1] = {};
     DWORD bytes = MAX_PATH * sizeof(wchar_t);
-    if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &bytes) !=
-        ERROR_SUCCESS)
+    if (RegQueryValueExW(key, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &bytes) != ERROR_SUCCESS)
         return false;
     text = buffer;
     return true;

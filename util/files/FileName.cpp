@@ -38,7 +38,7 @@ std::wstring ModulePath(HINSTANCE module) {
     return std::wstring(buffer, length < MAX_PATH ? length : MAX_PATH - 1);
 }
 
-} // namespace
+}  // namespace
 
 CFileName::CFileName() : CFileName(ExeInstance, nullptr, nullptr) {}
 
@@ -62,7 +62,7 @@ CFileName::CFileName(const wchar_t* path, const wchar_t* file, const wchar_t* ex
 CFileName::CFileName(const CFileName& other) : m_path(other.m_path) {}
 
 CFileName& CFileName::operator=(const CFileName& other) {
-    m_path = other.m_path; // CStdStr leaves self-assignment alone
+    m_path = other.m_path;  // CStdStr leaves self-assignment alone
     return *this;
 }
 
@@ -110,18 +110,10 @@ bool CFileName::StripPath(CStdStr<wchar_t>& s) {
     return true;
 }
 
-CStdStr<wchar_t> CFileName::GetDrive() const {
-    return Parts(m_path).drive;
-}
-CStdStr<wchar_t> CFileName::GetPathNoDrive() const {
-    return Parts(m_path).dir;
-}
-CStdStr<wchar_t> CFileName::GetFile() const {
-    return Parts(m_path).file;
-}
-CStdStr<wchar_t> CFileName::GetExtension() const {
-    return Parts(m_path).ext;
-}
+CStdStr<wchar_t> CFileName::GetDrive() const { return Parts(m_path).drive; }
+CStdStr<wchar_t> CFileName::GetPathNoDrive() const { return Parts(m_path).dir; }
+CStdStr<wchar_t> CFileName::GetFile() const { return Parts(m_path).file; }
+CStdStr<wchar_t> CFileName::GetExtension() const { return Parts(m_path).ext; }
 
 CStdStr<wchar_t> CFileName::GetPath() const {
     PathParts parts = Parts(m_path);
@@ -134,9 +126,7 @@ void CFileName::Split(CStdStr<wchar_t>& path, CStdStr<wchar_t>& file) {
     file = parts.file + parts.ext;
 }
 
-void CFileName::SetFilename(const wchar_t* file, const wchar_t* ext) {
-    m_path = ComposeInFolderOf(m_path, file, ext);
-}
+void CFileName::SetFilename(const wchar_t* file, const wchar_t* ext) { m_path = ComposeInFolderOf(m_path, file, ext); }
 
 void CFileName::AppendDirectory(const wchar_t* dir) {
     CStdStr<wchar_t> current = m_path;
@@ -170,6 +160,4 @@ int CFileName::CreateDirectoryW(int recursive) {
     return CreateDirectoryW(0);
 }
 
-bool CFileName::Exists() const {
-    return FileExists(m_path.c_str());
-}
+bool CFileName::Exists() const { return FileExists(m_path.c_str()); }

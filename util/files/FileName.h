@@ -41,11 +41,11 @@ public:
     // Erases everything up to and including the last backslash; false when there is none.
     static bool StripPath(CStdStr<wchar_t>& s);
 
-    CStdStr<wchar_t> GetDrive() const;       // "D:", or empty
-    CStdStr<wchar_t> GetPathNoDrive() const; // the directory with its trailing separator
-    CStdStr<wchar_t> GetFile() const;        // the file name without extension
-    CStdStr<wchar_t> GetExtension() const;   // the extension with its dot, or empty
-    CStdStr<wchar_t> GetPath() const;        // drive and directory
+    CStdStr<wchar_t> GetDrive() const;        // "D:", or empty
+    CStdStr<wchar_t> GetPathNoDrive() const;  // the directory with its trailing separator
+    CStdStr<wchar_t> GetFile() const;         // the file name without extension
+    CStdStr<wchar_t> GetExtension() const;    // the extension with its dot, or empty
+    CStdStr<wchar_t> GetPath() const;         // drive and directory
     // `path` = drive + directory, `file` = file name + extension.
     void Split(CStdStr<wchar_t>& path, CStdStr<wchar_t>& file);
 

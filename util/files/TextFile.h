@@ -23,7 +23,7 @@ public:
     // for the result on an empty file.
     bool Read(const CStdStr<wchar_t>& path);
 
-    const char* GetBuffer() { return m_buffer.get(); } // null before Read allocated it
+    const char* GetBuffer() { return m_buffer.get(); }  // null before Read allocated it
     unsigned long GetSize() const { return m_size; }
 
     // Line reading is not provided: empties `line` and returns false. Callers split the buffer.
@@ -33,5 +33,5 @@ private:
     tav::UniqueFile m_file;
     std::unique_ptr<char[]> m_buffer;
     unsigned long m_size;
-    long m_position; // read position, 0; no operation uses it
+    long m_position;  // read position, 0; no operation uses it
 };

@@ -7,7 +7,7 @@ namespace {
 
 struct FieldEntry {
     const wchar_t* displayName;
-    const wchar_t* subPath; // null for the fixed numbers
+    const wchar_t* subPath;  // null for the fixed numbers
 };
 
 // Indexed by VERFIELD. "ProductBuildNumber" is shown without blanks, unlike the others: hosts match
@@ -32,8 +32,8 @@ const FieldEntry kFields[] = {
 constexpr unsigned kFieldCount = sizeof(kFields) / sizeof(kFields[0]);
 
 // Used when the resource has no translation table, or one with more than one entry.
-const wchar_t kFallbackLanguage[] = L"0409"; // US English
-const wchar_t kFallbackCodePage[] = L"04E4"; // 1252
+const wchar_t kFallbackLanguage[] = L"0409";  // US English
+const wchar_t kFallbackCodePage[] = L"04E4";  // 1252
 
 void TrimTrailingSpace(CStdStr<wchar_t>& text) {
     while (!text.empty() && (std::iswspace(text.back()) || std::iswblank(text.back())))
@@ -55,13 +55,11 @@ CVerNum ToVerNum(DWORD mostSignificant, DWORD leastSignificant) {
                    LOWORD(leastSignificant));
 }
 
-} // namespace
+}  // namespace
 
 CVerInfo::CVerInfo() = default;
 
-CVerInfo::CVerInfo(const wchar_t* file) {
-    Init(file);
-}
+CVerInfo::CVerInfo(const wchar_t* file) { Init(file); }
 
 // Copies share the loaded block (not duplicated); the shared owner frees it with the last reference.
 CVerInfo::CVerInfo(const CVerInfo& other) = default;
@@ -73,7 +71,7 @@ int CVerInfo::Init(const wchar_t* file) {
     DWORD ignored = 0;
     DWORD size = GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
     if (size == 0)
-        return 0; // no data; the strings keep what they held
+        return 0;  // no data; the strings keep what they held
     m_data.reset(new (std::nothrow) BYTE[size]);
     if (!m_data || !GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get())) {
         m_data.reset();

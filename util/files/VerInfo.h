@@ -32,7 +32,7 @@ enum VERFIELD {
 class TAVUTIL_API CVerInfo {
 public:
     CVerInfo();
-    CVerInfo(const wchar_t* file); // empty, then Init(file)
+    CVerInfo(const wchar_t* file);  // empty, then Init(file)
     CVerInfo(const CVerInfo& other);
     CVerInfo& operator=(const CVerInfo& other);
     ~CVerInfo();
@@ -52,8 +52,8 @@ public:
     int GetFileVersionNum(CVerNum* out);
     int GetProductVersionNum(CVerNum* out);
 
-    const wchar_t* GetLanguageCode() { return m_languageCode.c_str(); } // four hexadecimal digits
-    const wchar_t* GetKbdCodePage() { return m_codePage.c_str(); }      // four hexadecimal digits
+    const wchar_t* GetLanguageCode() { return m_languageCode.c_str(); }  // four hexadecimal digits
+    const wchar_t* GetKbdCodePage() { return m_codePage.c_str(); }       // four hexadecimal digits
     CStdStr<wchar_t> GetFileName() { return m_fileName; }
 
 protected:
@@ -67,8 +67,8 @@ protected:
 private:
     const VS_FIXEDFILEINFO* FixedInfo() const;
 
-    std::shared_ptr<BYTE[]> m_data; // the block GetFileVersionInfoW filled; null when nothing is loaded
-    CStdStr<wchar_t> m_prefix;      // "\StringFileInfo\" + language code + code page
+    std::shared_ptr<BYTE[]> m_data;  // the block GetFileVersionInfoW filled; null when nothing is loaded
+    CStdStr<wchar_t> m_prefix;       // "\StringFileInfo\" + language code + code page
     CStdStr<wchar_t> m_languageCode;
     CStdStr<wchar_t> m_codePage;
     CStdStr<wchar_t> m_fileName;

@@ -8,9 +8,7 @@ CVerNum::CVerNum() : m_major(0), m_minor(0), m_fix(0), m_build(0), m_valid(0) {}
 CVerNum::CVerNum(unsigned short major, unsigned short minor, unsigned short fix, unsigned short build)
     : m_major(major), m_minor(minor), m_fix(fix), m_build(build), m_valid(1) {}
 
-CVerNum::CVerNum(const wchar_t* text) : CVerNum() {
-    Set(text);
-}
+CVerNum::CVerNum(const wchar_t* text) : CVerNum() { Set(text); }
 
 // Tokens are the runs between dots; empty runs (leading, trailing or doubled dots) give no token. Each
 // token goes through the runtime's _wtoi, so "x" counts as a token with the value 0 and an out-of-range

@@ -9,17 +9,17 @@ class TAVUTIL_API CVerNum {
 public:
     // Result of Compare: this number against the argument.
     enum VERNUM_COMPARISON {
-        VERNUM_OLDER = 0,       // this is lower
-        VERNUM_EQUAL = 1,       // all four numbers equal
-        VERNUM_NEWER_BUILD = 2, // equal up to the fix, higher build
-        VERNUM_NEWER_FIX = 3,   // equal major and minor, higher fix
-        VERNUM_NEWER_MINOR = 4, // equal major, higher minor
-        VERNUM_NEWER_MAJOR = 5, // higher major
+        VERNUM_OLDER = 0,        // this is lower
+        VERNUM_EQUAL = 1,        // all four numbers equal
+        VERNUM_NEWER_BUILD = 2,  // equal up to the fix, higher build
+        VERNUM_NEWER_FIX = 3,    // equal major and minor, higher fix
+        VERNUM_NEWER_MINOR = 4,  // equal major, higher minor
+        VERNUM_NEWER_MAJOR = 5,  // higher major
     };
 
-    CVerNum(); // 0.0.0.0, not valid
-    CVerNum(unsigned short major, unsigned short minor, unsigned short fix, unsigned short build); // valid
-    CVerNum(const wchar_t* text); // Set(text)
+    CVerNum();  // 0.0.0.0, not valid
+    CVerNum(unsigned short major, unsigned short minor, unsigned short fix, unsigned short build);  // valid
+    CVerNum(const wchar_t* text);                                                                   // Set(text)
     CVerNum(const CVerNum&) = default;
     CVerNum& operator=(const CVerNum&) = default;
 

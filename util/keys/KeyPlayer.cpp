@@ -29,7 +29,7 @@ void SendKeyEvent(WORD code, bool keyUp) {
 
 // Flips the toggle of a modifier entry; true when the modifier is now pressed.
 bool ToggleModifier(PlayerState& player, WORD code) {
-    bool* toggle = code == VK_SHIFT ? &player.shift
+    bool* toggle = code == VK_SHIFT     ? &player.shift
                    : code == VK_CONTROL ? &player.control
                    : code == VK_MENU    ? &player.alt
                                         : &player.windows;

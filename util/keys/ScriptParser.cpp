@@ -19,15 +19,15 @@ struct KeyName {
 // intended: BREAK is the Control key (a lone {BREAK} toggles Control and leaves it down), SLEEP is the
 // keyboard's Sleep key, and QUEUESYNC is accepted and types nothing.
 const KeyName kKeyNames[] = {
-    {0xFFFF, L"QUEUESYNC"}, {0x14, L"CAPSLOCK"}, {0x90, L"NUMLOCK"}, {0x91, L"SCROLLOCK"}, {0x1B, L"ESCAPE"},
-    {0x1B, L"ESC"},         {0x0D, L"ENTER"},    {0x2F, L"HELP"},    {0x2C, L"PRTSC"},     {0x09, L"TAB"},
-    {0x11, L"BREAK"},       {0x0C, L"CLEAR"},    {0x08, L"BACKSPACE"}, {0x08, L"BS"},      {0x08, L"BKSP"},
-    {0x2E, L"DELETE"},      {0x2E, L"DEL"},      {0x2D, L"INSERT"},  {0x25, L"LEFT"},      {0x27, L"RIGHT"},
-    {0x26, L"UP"},          {0x28, L"DOWN"},     {0x21, L"PGUP"},    {0x22, L"PGDN"},      {0x24, L"HOME"},
-    {0x23, L"END"},         {0x70, L"F1"},       {0x71, L"F2"},      {0x72, L"F3"},        {0x73, L"F4"},
-    {0x74, L"F5"},          {0x75, L"F6"},       {0x76, L"F7"},      {0x77, L"F8"},        {0x78, L"F9"},
-    {0x79, L"F10"},         {0x7A, L"F11"},      {0x7B, L"F12"},     {0x7C, L"F13"},       {0x7D, L"F14"},
-    {0x7E, L"F15"},         {0x7F, L"F16"},      {0x5F, L"SLEEP"},   {0, nullptr},
+    {0xFFFF, L"QUEUESYNC"}, {0x14, L"CAPSLOCK"}, {0x90, L"NUMLOCK"},   {0x91, L"SCROLLOCK"}, {0x1B, L"ESCAPE"},
+    {0x1B, L"ESC"},         {0x0D, L"ENTER"},    {0x2F, L"HELP"},      {0x2C, L"PRTSC"},     {0x09, L"TAB"},
+    {0x11, L"BREAK"},       {0x0C, L"CLEAR"},    {0x08, L"BACKSPACE"}, {0x08, L"BS"},        {0x08, L"BKSP"},
+    {0x2E, L"DELETE"},      {0x2E, L"DEL"},      {0x2D, L"INSERT"},    {0x25, L"LEFT"},      {0x27, L"RIGHT"},
+    {0x26, L"UP"},          {0x28, L"DOWN"},     {0x21, L"PGUP"},      {0x22, L"PGDN"},      {0x24, L"HOME"},
+    {0x23, L"END"},         {0x70, L"F1"},       {0x71, L"F2"},        {0x72, L"F3"},        {0x73, L"F4"},
+    {0x74, L"F5"},          {0x75, L"F6"},       {0x76, L"F7"},        {0x77, L"F8"},        {0x78, L"F9"},
+    {0x79, L"F10"},         {0x7A, L"F11"},      {0x7B, L"F12"},       {0x7C, L"F13"},       {0x7D, L"F14"},
+    {0x7E, L"F15"},         {0x7F, L"F16"},      {0x5F, L"SLEEP"},     {0, nullptr},
 };
 
 // The brace name is copied into a buffer of this size. Longer names cannot be in the table (its longest

@@ -84,8 +84,8 @@ VelmLogLevel VelmLog::FromString(const std::wstring& level) {
     static const struct {
         const wchar_t* name;
         VelmLogLevel level;
-    } known[] = {{L"DEBUG4", DEBUG4_LEVEL}, {L"DEBUG3", DEBUG3_LEVEL}, {L"DEBUG2", DEBUG2_LEVEL},
-                 {L"DEBUG1", DEBUG1_LEVEL}, {L"DEBUG", DEBUG_LEVEL},   {L"INFO", INFO_LEVEL},
+    } known[] = {{L"DEBUG4", DEBUG4_LEVEL},   {L"DEBUG3", DEBUG3_LEVEL}, {L"DEBUG2", DEBUG2_LEVEL},
+                 {L"DEBUG1", DEBUG1_LEVEL},   {L"DEBUG", DEBUG_LEVEL},   {L"INFO", INFO_LEVEL},
                  {L"WARNING", WARNING_LEVEL}, {L"ERROR", ERROR_LEVEL}};
     for (const auto& entry : known)
         if (level == entry.name)

@@ -60,6 +60,6 @@ public:
 
 // Logs one record when `level` is within the reporting level:  VELM_LOG(INFO_LEVEL) << L"text";
 inline std::wstring VelmLogSourceText(const char* text) { return std::wstring(text, text + std::strlen(text)); }
-#define VELM_LOG(level)                                                                                      \
-    for (bool velmLogOnce = (level) <= VelmLog::ReportingLevel(); velmLogOnce; velmLogOnce = false)           \
+#define VELM_LOG(level)                                                                                                \
+    for (bool velmLogOnce = (level) <= VelmLog::ReportingLevel(); velmLogOnce; velmLogOnce = false)                    \
     VelmLog().Get((level), VelmLogSourceText(__FILE__), __LINE__, VelmLogSourceText(__FUNCTION__))

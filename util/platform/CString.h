@@ -23,7 +23,8 @@ class CString {
 public:
     CString() = default;
     CString(const wchar_t* text) { *this = text; }
-    CString(const wchar_t* text, int length) : s_(text ? std::wstring(text, length < 0 ? 0 : length) : std::wstring()) {}
+    CString(const wchar_t* text, int length)
+        : s_(text ? std::wstring(text, length < 0 ? 0 : length) : std::wstring()) {}
     CString(wchar_t ch, int repeat = 1) : s_(repeat > 0 ? repeat : 0, ch) {}
     CString(const std::wstring& text) : s_(text) {}
 

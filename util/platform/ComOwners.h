@@ -33,7 +33,9 @@ private:
 };
 
 namespace detail {
-struct FreeCoTaskMem { static void close(LPOLESTR s) { CoTaskMemFree(s); } };
+struct FreeCoTaskMem {
+    static void close(LPOLESTR s) { CoTaskMemFree(s); }
+};
 // An item list goes back to the shell's allocator. Should the shell not hand that allocator out, the
 // list is freed all the same: on every system this library runs on, the shell allocator is the COM task
 // allocator.

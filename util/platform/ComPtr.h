@@ -11,8 +11,7 @@
 
 #include <memory>
 
-template <class T>
-class CComPtr {
+template <class T> class CComPtr {
 public:
     CComPtr() noexcept = default;
     CComPtr(T* lp) noexcept : p(lp) {
@@ -81,8 +80,7 @@ public:
     T* p = nullptr;
 };
 
-template <class T>
-class CComQIPtr : public CComPtr<T> {
+template <class T> class CComQIPtr : public CComPtr<T> {
 public:
     CComQIPtr() noexcept = default;
     CComQIPtr(T* lp) noexcept : CComPtr<T>(lp) {}
@@ -108,8 +106,7 @@ private:
 
 // For IUnknown the "other interface" is the same one: assignment still asks the object for IUnknown, so
 // that the pointer held is the object's identity.
-template <>
-class CComQIPtr<IUnknown> : public CComPtr<IUnknown> {
+template <> class CComQIPtr<IUnknown> : public CComPtr<IUnknown> {
 public:
     CComQIPtr() noexcept = default;
     CComQIPtr(const CComQIPtr& lp) noexcept : CComPtr<IUnknown>(lp.p) {}

@@ -23,10 +23,7 @@ public:
     GlobalLockGuard& operator=(const GlobalLockGuard&) = delete;
 
     // The locked memory, null when the lock failed.
-    template <typename T = void>
-    T* get() const {
-        return static_cast<T*>(data_);
-    }
+    template <typename T = void> T* get() const { return static_cast<T*>(data_); }
     explicit operator bool() const { return data_ != nullptr; }
 
 private:

@@ -14,8 +14,7 @@ namespace tav {
 namespace detail {
 
 // The "no value" rules. Most kinds are absent when null.
-template <typename T>
-struct NullIsNoValue {
+template <typename T> struct NullIsNoValue {
     static T none() { return nullptr; }
     static bool holds(T value) { return value != nullptr; }
 };
@@ -30,8 +29,7 @@ struct InvalidHandleIsNoValue {
 }  // namespace detail
 
 // Owns one value of type T, released with Closer::close(value) unless NoValue says there is none.
-template <typename T, typename Closer, typename NoValue = detail::NullIsNoValue<T>>
-class UniqueResource {
+template <typename T, typename Closer, typename NoValue = detail::NullIsNoValue<T>> class UniqueResource {
 public:
     UniqueResource() = default;
     explicit UniqueResource(T value) : value_(value) {}
@@ -73,17 +71,39 @@ private:
 };
 
 namespace detail {
-struct CloseKey { static void close(HKEY h) { RegCloseKey(h); } };
-struct CloseKernelHandle { static void close(HANDLE h) { CloseHandle(h); } };
-struct FreeModule { static void close(HMODULE h) { FreeLibrary(h); } };
-struct FreeGlobal { static void close(HGLOBAL h) { GlobalFree(h); } };
-struct FreeLocal { static void close(void* p) { LocalFree(p); } };
-struct FreeProcessHeap { static void close(void* p) { HeapFree(GetProcessHeap(), 0, p); } };
-struct FreeBstr { static void close(BSTR s) { SysFreeString(s); } };
-struct FreeSidCloser { static void close(PSID s) { FreeSid(s); } };
-struct DeleteGdiObject { static void close(HGDIOBJ h) { DeleteObject(h); } };
-struct DeleteMemoryDc { static void close(HDC h) { DeleteDC(h); } };
-struct CloseFind { static void close(HANDLE h) { FindClose(h); } };
+struct CloseKey {
+    static void close(HKEY h) { RegCloseKey(h); }
+};
+struct CloseKernelHandle {
+    static void close(HANDLE h) { CloseHandle(h); }
+};
+struct FreeModule {
+    static void close(HMODULE h) { FreeLibrary(h); }
+};
+struct FreeGlobal {
+    static void close(HGLOBAL h) { GlobalFree(h); }
+};
+struct FreeLocal {
+    static void close(void* p) { LocalFree(p); }
+};
+struct FreeProcessHeap {
+    static void close(void* p) { HeapFree(GetProcessHeap(), 0, p); }
+};
+struct FreeBstr {
+    static void close(BSTR s) { SysFreeString(s); }
+};
+struct FreeSidCloser {
+    static void close(PSID s) { FreeSid(s); }
+};
+struct DeleteGdiObject {
+    static void close(HGDIOBJ h) { DeleteObject(h); }
+};
+struct DeleteMemoryDc {
+    static void close(HDC h) { DeleteDC(h); }
+};
+struct CloseFind {
+    static void close(HANDLE h) { FindClose(h); }
+};
 }  // namespace detail
 
 // The "no handle" value of each kind is part of its type: a file or a snapshot is INVALID_HANDLE_VALUE
@@ -102,12 +122,10 @@ using UniqueFind = UniqueResource<HANDLE, detail::CloseFind, detail::InvalidHand
 
 // Memory the system handed out from the local heap (CommandLineToArgvW, FormatMessageW with
 // FORMAT_MESSAGE_ALLOCATE_BUFFER), typed as what it holds.
-template <typename T>
-using UniqueLocal = UniqueResource<T*, detail::FreeLocal>;
+template <typename T> using UniqueLocal = UniqueResource<T*, detail::FreeLocal>;
 
 // Memory taken from the process heap (HeapAlloc of GetProcessHeap()), typed as what it holds.
-template <typename T>
-using UniqueProcessHeap = UniqueResource<T*, detail::FreeProcessHeap>;
+template <typename T> using UniqueProcessHeap = UniqueResource<T*, detail::FreeProcessHeap>;
 
 // A device context from GetDC, given back with ReleaseDC to the window it came from.
 class UniqueWindowDc {
@@ -132,8 +150,7 @@ private:
 };
 
 // Runs a callable when the scope ends, for one-off clean-ups that have no owner type.
-template <typename F>
-class ScopeExit {
+template <typename F> class ScopeExit {
 public:
     explicit ScopeExit(F f) : f_(std::move(f)) {}
     ~ScopeExit() {

@@ -13,8 +13,7 @@ const int kWritableStringLength = 254;
 const DWORD kStringReadBufferBytes = 255;
 
 bool IsPredefinedRoot(HKEY root) {
-    return root == HKEY_CLASSES_ROOT || root == HKEY_CURRENT_USER || root == HKEY_LOCAL_MACHINE ||
-           root == HKEY_USERS;
+    return root == HKEY_CLASSES_ROOT || root == HKEY_CURRENT_USER || root == HKEY_LOCAL_MACHINE || root == HKEY_USERS;
 }
 
 }  // namespace
@@ -44,9 +43,8 @@ int CRegistryClass::QueryBytes(const CString& name, void* data, DWORD size) {
     tav::UniqueKey key;
     if (OpenCurrent(KEY_QUERY_VALUE, key) != ERROR_SUCCESS)
         return 0;
-    return RegQueryValueExW(key.get(), name, nullptr, nullptr, static_cast<BYTE*>(data), &size) == ERROR_SUCCESS
-               ? 1
-               : 0;
+    return RegQueryValueExW(key.get(), name, nullptr, nullptr, static_cast<BYTE*>(data), &size) == ERROR_SUCCESS ? 1
+                                                                                                                 : 0;
 }
 
 int CRegistryClass::SetBytes(const CString& name, DWORD type, const void* data, DWORD size) {
@@ -157,8 +155,8 @@ int CRegistryClass::GetSubKeyCount() {
     tav::UniqueKey key;
     DWORD count = 0;
     if (OpenCurrent(KEY_QUERY_VALUE, key) != ERROR_SUCCESS ||
-        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
-                         nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr) != ERROR_SUCCESS)
         return -1;
     return static_cast<int>(count);
 }
@@ -167,8 +165,8 @@ int CRegistryClass::GetValueCount() {
     tav::UniqueKey key;
     DWORD count = 0;
     if (OpenCurrent(KEY_QUERY_VALUE, key) != ERROR_SUCCESS ||
-        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
-                         nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+        RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr, nullptr,
+                         nullptr, nullptr) != ERROR_SUCCESS)
         return -1;
     return static_cast<int>(count);
 }
@@ -284,9 +282,7 @@ int CRegistryClass::WriteBool(CString name, int value) { return WriteInt(name, v
 
 int CRegistryClass::WriteColor(CString name, unsigned long value) { return WriteInt(name, static_cast<int>(value)); }
 
-int CRegistryClass::WriteFloat(CString name, double value) {
-    return SetBytes(name, REG_BINARY, &value, sizeof(value));
-}
+int CRegistryClass::WriteFloat(CString name, double value) { return SetBytes(name, REG_BINARY, &value, sizeof(value)); }
 
 int CRegistryClass::WriteDateTime(CString name, COleDateTime value) {
     return SetBytes(name, REG_BINARY, &value, sizeof(value));
@@ -294,9 +290,7 @@ int CRegistryClass::WriteDateTime(CString name, COleDateTime value) {
 
 int CRegistryClass::WriteRect(CString name, CRect* rect) { return SetBytes(name, REG_BINARY, rect, sizeof(RECT)); }
 
-int CRegistryClass::WritePoint(CString name, CPoint* point) {
-    return SetBytes(name, REG_BINARY, point, sizeof(POINT));
-}
+int CRegistryClass::WritePoint(CString name, CPoint* point) { return SetBytes(name, REG_BINARY, point, sizeof(POINT)); }
 
 int CRegistryClass::WriteSize(CString name, CSize* size) { return SetBytes(name, REG_BINARY, size, sizeof(SIZE)); }
 

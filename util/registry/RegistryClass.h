@@ -33,9 +33,9 @@ public:
     // Key management.
     int SetRootKey(HKEY root);  // HKCR, HKCU, HKLM or HKU; anything else is refused and the root kept
     HKEY GetRootKey();
-    int CreateKey(CString path);             // creates when missing; becomes the current path
+    int CreateKey(CString path);              // creates when missing; becomes the current path
     int SetKey(CString path, int canCreate);  // empty path: the root itself
-    int ClearKey();                          // empty path, root HKEY_CURRENT_USER, lazy write 1
+    int ClearKey();                           // empty path, root HKEY_CURRENT_USER, lazy write 1
     int PathIsValid();
     CString GetCurrentPath();
     int KeyExists(CString path, HKEY root = nullptr);  // null root: the object's root

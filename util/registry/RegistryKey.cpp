@@ -14,8 +14,7 @@ LONG OpenKey(HKEY root, const wchar_t* path, REGSAM access, UniqueKey& key) {
 LONG CreateKey(HKEY root, const wchar_t* path, REGSAM access, UniqueKey& key) {
     key.reset();
     HKEY created = nullptr;
-    LONG status = RegCreateKeyExW(root, path, 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr, &created,
-                                  nullptr);
+    LONG status = RegCreateKeyExW(root, path, 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr, &created, nullptr);
     if (status == ERROR_SUCCESS)
         key.reset(created);
     return status;

@@ -13,13 +13,11 @@ namespace {
 class Diagnostics {
 public:
     explicit Diagnostics(int verbose) : verbose_(verbose != 0) {}
-    template <typename... Parts>
-    void Progress(const Parts&... parts) const {
+    template <typename... Parts> void Progress(const Parts&... parts) const {
         if (verbose_)
             (std::wcout << ... << parts) << std::endl;
     }
-    template <typename... Parts>
-    void Error(const Parts&... parts) const {
+    template <typename... Parts> void Error(const Parts&... parts) const {
         if (verbose_)
             (std::wcerr << ... << parts) << std::endl;
     }
@@ -39,8 +37,7 @@ VxWindowsPermissionsUtils::VxWindowsPermissionsUtils() {
         return;
     OpenThreadToken = tav::ModuleFunction<OpenThreadTokenFn>(m_hAdvApi32, "OpenThreadToken");
     GetTokenInformation = tav::ModuleFunction<GetTokenInformationFn>(m_hAdvApi32, "GetTokenInformation");
-    AllocateAndInitializeSid =
-        tav::ModuleFunction<AllocateAndInitializeSidFn>(m_hAdvApi32, "AllocateAndInitializeSid");
+    AllocateAndInitializeSid = tav::ModuleFunction<AllocateAndInitializeSidFn>(m_hAdvApi32, "AllocateAndInitializeSid");
     IsValidSid = tav::ModuleFunction<IsValidSidFn>(m_hAdvApi32, "IsValidSid");
     EqualSid = tav::ModuleFunction<EqualSidFn>(m_hAdvApi32, "EqualSid");
     FreeSid = tav::ModuleFunction<FreeSidFn>(m_hAdvApi32, "FreeSid");

@@ -44,8 +44,8 @@ public:
 private:
     using OpenThreadTokenFn = BOOL(WINAPI*)(HANDLE, DWORD, BOOL, PHANDLE);
     using GetTokenInformationFn = BOOL(WINAPI*)(HANDLE, TOKEN_INFORMATION_CLASS, LPVOID, DWORD, PDWORD);
-    using AllocateAndInitializeSidFn = BOOL(WINAPI*)(PSID_IDENTIFIER_AUTHORITY, BYTE, DWORD, DWORD, DWORD, DWORD,
-                                                     DWORD, DWORD, DWORD, DWORD, PSID*);
+    using AllocateAndInitializeSidFn = BOOL(WINAPI*)(PSID_IDENTIFIER_AUTHORITY, BYTE, DWORD, DWORD, DWORD, DWORD, DWORD,
+                                                     DWORD, DWORD, DWORD, PSID*);
     using IsValidSidFn = BOOL(WINAPI*)(PSID);
     using EqualSidFn = BOOL(WINAPI*)(PSID, PSID);
     using FreeSidFn = PVOID(WINAPI*)(PSID);

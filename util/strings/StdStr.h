@@ -13,11 +13,9 @@
 #include <string>
 #include <vector>
 
-template <typename CT>
-class CStdStr;
+template <typename CT> class CStdStr;
 
-template <>
-class CStdStr<wchar_t> : public std::wstring {
+template <> class CStdStr<wchar_t> : public std::wstring {
 public:
     using Base = std::wstring;
 

@@ -101,7 +101,8 @@ CStdStr<wchar_t> CSWandDeviceInfo::extractExistingParameter(const CStdStr<wchar_
         return {};
     const size_t valueAt = keyAt + key.size();
     const size_t end = address.find(L'&', keyAt);
-    return CStdStr<wchar_t>(address.substr(valueAt, end == CStdStr<wchar_t>::npos ? CStdStr<wchar_t>::npos : end - valueAt));
+    return CStdStr<wchar_t>(
+        address.substr(valueAt, end == CStdStr<wchar_t>::npos ? CStdStr<wchar_t>::npos : end - valueAt));
 }
 
 bool CSWandDeviceInfo::GetLocalEnterByUser(CStdStr<wchar_t>* value) const {
@@ -142,8 +143,8 @@ bool CSWandDeviceInfo::GetSWVersion(CStdStr<wchar_t>* value) const {
     if (!versionInfo.GetProductVersionNum(&version))
         return false;
     // The third field is always 0, whatever the build: the support sites expect major.minor.0.
-    value->Format(L"%u.%2.2u.%u", static_cast<unsigned>(version.GetMajor()),
-                  static_cast<unsigned>(version.GetMinor()), 0u);
+    value->Format(L"%u.%2.2u.%u", static_cast<unsigned>(version.GetMajor()), static_cast<unsigned>(version.GetMinor()),
+                  0u);
     return true;
 }
 

@@ -21,24 +21,24 @@ public:
 
     // Parameter keys, and the four hosts (lower case) that make an address a support address. Made when
     // the library loads, read-only afterwards.
-    static const CStdStr<wchar_t> s_LOCALE;          // "L="
-    static const CStdStr<wchar_t> s_BUTTON;          // "B="
-    static const CStdStr<wchar_t> s_striPlumeURL1;   // keyboard-software site
-    static const CStdStr<wchar_t> s_striPlumeURL2;   // keyboard-software site
-    static const CStdStr<wchar_t> s_striPlumeURL3;   // support redirect service
-    static const CStdStr<wchar_t> s_strVelmURL;      // the maker's main site
+    static const CStdStr<wchar_t> s_LOCALE;         // "L="
+    static const CStdStr<wchar_t> s_BUTTON;         // "B="
+    static const CStdStr<wchar_t> s_striPlumeURL1;  // keyboard-software site
+    static const CStdStr<wchar_t> s_striPlumeURL2;  // keyboard-software site
+    static const CStdStr<wchar_t> s_striPlumeURL3;  // support redirect service
+    static const CStdStr<wchar_t> s_strVelmURL;     // the maker's main site
 
 private:
     // The facts of the query. Each sets *value and returns true when the fact is known; false leaves the
     // parameter out. Only search calls them; SWAndDeviceInfoImpl overrides three.
-    virtual bool GetLocalEnterByUser(CStdStr<wchar_t>* value) const;  // registry "Locale", else GetLocale
-    virtual bool GetLocale(CStdStr<wchar_t>* value) const;            // the user's default language id
-    virtual bool GetDeviceVersion(CStdStr<wchar_t>* value) const;     // "K.0.0.7"
-    virtual bool GetSWVersion(CStdStr<wchar_t>* value) const;         // product version of the executable
+    virtual bool GetLocalEnterByUser(CStdStr<wchar_t>* value) const;       // registry "Locale", else GetLocale
+    virtual bool GetLocale(CStdStr<wchar_t>* value) const;                 // the user's default language id
+    virtual bool GetDeviceVersion(CStdStr<wchar_t>* value) const;          // "K.0.0.7"
+    virtual bool GetSWVersion(CStdStr<wchar_t>* value) const;              // product version of the executable
     virtual bool GetSWVersionDevicePrefix(CStdStr<wchar_t>* value) const;  // none
-    virtual bool GetPort(CStdStr<wchar_t>* value) const;              // "IEEE1394"
-    virtual bool GetButtonNr(CStdStr<wchar_t>* value) const;          // "-1"
-    virtual bool GetInstallTime(CStdStr<wchar_t>* value) const;       // registry "InstallationTime", else "0"
+    virtual bool GetPort(CStdStr<wchar_t>* value) const;                   // "IEEE1394"
+    virtual bool GetButtonNr(CStdStr<wchar_t>* value) const;               // "-1"
+    virtual bool GetInstallTime(CStdStr<wchar_t>* value) const;            // registry "InstallationTime", else "0"
 
     // The value `address` carries for `key`: from behind the first occurrence of `key` (case-sensitive,
     // anywhere, so "L=" is also found in "URL=") to the next "&" or the end; "" when `key` is absent.

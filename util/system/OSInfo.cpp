@@ -72,8 +72,7 @@ void OSInfo::captureFrom(const OSVERSIONINFOW& info, const OSVERSIONINFOEXW* ext
         else if (info.dwMinorVersion == 1)
             os_ = OS_WIN7;
         break;
-    default:
-        break;
+    default: break;
     }
 
     if (IsNtFamily(info) && extended != nullptr) {
@@ -144,8 +143,7 @@ bool cVistaHelper::IsVistaHomeBasic() {
     ReadVersionEx(ex);
     DWORD product = 0;
     const DWORD kHomeBasic = 2;  // PRODUCT_HOME_BASIC; the N and E variants do not count
-    return getProductInfo(ex.dwMajorVersion, ex.dwMinorVersion, ex.wServicePackMajor, ex.wServicePackMinor,
-                          &product) &&
+    return getProductInfo(ex.dwMajorVersion, ex.dwMinorVersion, ex.wServicePackMajor, ex.wServicePackMinor, &product) &&
            product == kHomeBasic;
 }
 
@@ -168,4 +166,6 @@ CDynFuncLoad::CDynFuncLoad(const wchar_t* file) : m_hModule(LoadLibraryW(file)) 
 
 CDynFuncLoad::~CDynFuncLoad() = default;
 
-FARPROC CDynFuncLoad::getFunction(const char* name) const { return tav::ModuleFunction<FARPROC>(m_hModule.get(), name); }
+FARPROC CDynFuncLoad::getFunction(const char* name) const {
+    return tav::ModuleFunction<FARPROC>(m_hModule.get(), name);
+}

@@ -70,14 +70,14 @@ private:
 class TAVUTIL_API CPlatforme {
 public:
     enum Classification {
-        PLATFORM_WIN95 = 0,   // platform 1, minor 0
-        PLATFORM_WIN98 = 1,   // platform 1, minor 10
-        PLATFORM_WINME = 2,   // platform 1, minor 90
-        PLATFORM_NT3 = 3,     // platform 2, major 3
-        PLATFORM_NT4 = 4,     // platform 2, major 4
-        PLATFORM_WIN2K = 5,   // platform 2, 5.0
-        PLATFORM_WINXP = 6,   // platform 2, 5.1
-        PLATFORM_NEWER = 7,   // anything the table does not know: taken as newer than all of them
+        PLATFORM_WIN95 = 0,  // platform 1, minor 0
+        PLATFORM_WIN98 = 1,  // platform 1, minor 10
+        PLATFORM_WINME = 2,  // platform 1, minor 90
+        PLATFORM_NT3 = 3,    // platform 2, major 3
+        PLATFORM_NT4 = 4,    // platform 2, major 4
+        PLATFORM_WIN2K = 5,  // platform 2, 5.0
+        PLATFORM_WINXP = 6,  // platform 2, 5.1
+        PLATFORM_NEWER = 7,  // anything the table does not know: taken as newer than all of them
     };
 
     CPlatforme();
@@ -120,8 +120,7 @@ protected:
 namespace tav {
 // The typed look-up of CDynFuncLoad for a module held by another owner: null when the module is null or
 // lacks the export. Every function this library binds at run time is looked up through it.
-template <typename Fn>
-Fn ModuleFunction(HMODULE module, const char* name) {
+template <typename Fn> Fn ModuleFunction(HMODULE module, const char* name) {
     return module != nullptr ? reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
 }
 }  // namespace tav
@@ -138,8 +137,7 @@ public:
     // Null when the module is not loaded or lacks the export.
     FARPROC getFunction(const char* name) const;
     // Typed look-up: getFunction<decltype(&::GetProductInfo)>("GetProductInfo").
-    template <typename Fn>
-    Fn getFunction(const char* name) const {
+    template <typename Fn> Fn getFunction(const char* name) const {
         return tav::ModuleFunction<Fn>(m_hModule.get(), name);
     }
     HMODULE getInstanceHandle() const { return m_hModule.get(); }

@@ -8,8 +8,8 @@
 int _fltused = 0;
 
 __declspec(dllimport) void* __stdcall GetStdHandle(unsigned long which);
-__declspec(dllimport) int __stdcall WriteFile(void* file, const void* data, unsigned long size,
-                                              unsigned long* written, void* overlapped);
+__declspec(dllimport) int __stdcall WriteFile(void* file, const void* data, unsigned long size, unsigned long* written,
+                                              void* overlapped);
 __declspec(dllimport) unsigned long __stdcall GetCurrentProcessId(void);
 __declspec(dllimport) void __stdcall ExitProcess(unsigned int code);
 __declspec(dllimport) long __stdcall CoInitialize(void* reserved);
@@ -104,8 +104,7 @@ static void desktop(void) {
 }
 
 static void launch_and_processes(void) {
-    CHECK(tav_extract_program(L"C:\\windows\\system32\\notepad.exe x.txt", g_text, 512, 0, g_second, 512,
-                              0) == 1);
+    CHECK(tav_extract_program(L"C:\\windows\\system32\\notepad.exe x.txt", g_text, 512, 0, g_second, 512, 0) == 1);
     CHECK(same_text(g_second, L" x.txt"));
     CHECK(tav_strip_trailing_argument(L"ab c", g_text, 512, 0) == TAV_E_OUT_OF_RANGE);
     CHECK(tav_is_valid_file(L"notepad.exe", 0) == 1);
@@ -131,8 +130,7 @@ static void registry(void) {
     CHECK(tav_settings_write_float(settings, L"float", 0.5) != 0);
     CHECK(tav_settings_read_float(settings, L"float", 0, &real) == TAV_OK && real == 0.5);
     CHECK(tav_settings_write_rect(settings, L"rect", &rect) != 0);
-    CHECK(tav_settings_read_rect(settings, L"rect", &read_rect) == 1 && read_rect.right == 3 &&
-          read_rect.bottom == 4);
+    CHECK(tav_settings_read_rect(settings, L"rect", &read_rect) == 1 && read_rect.right == 3 && read_rect.bottom == 4);
     tav_settings_destroy(settings);
     CHECK(tav_registry_delete_value(key, L"text") == 0);
     CHECK(tav_registry_close(key) == 0);

@@ -12,10 +12,10 @@ struct Property {
     const wchar_t* name;
     DISPID id;
 };
-constexpr Property kProperties[] = {{L"Name", kName},       {L"IntOne", kIntOne}, {L"BoolOne", kBoolOne},
+constexpr Property kProperties[] = {{L"Name", kName},         {L"IntOne", kIntOne},   {L"BoolOne", kBoolOne},
                                     {L"BoolTrue", kBoolTrue}, {L"IntFFFF", kIntFFFF}, {L"Count", kCount},
-                                    {L"Flag", kFlag},       {L"Child", kChild},   {L"Real", kReal},
-                                    {L"Null", kNull},       {L"Price", kPrice}};
+                                    {L"Flag", kFlag},         {L"Child", kChild},     {L"Real", kReal},
+                                    {L"Null", kNull},         {L"Price", kPrice}};
 
 }  // namespace
 
@@ -82,8 +82,8 @@ IDispatch* TestDispatch::Child() {
 
 HRESULT TestDispatch::Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* params, VARIANT* result,
                              EXCEPINFO*, UINT*) {
-    Call call = {id, flags, lcid, iid == IID_NULL, params ? params->cArgs : 0, params ? params->cNamedArgs : 0,
-                 0, VT_EMPTY, 0};
+    Call call = {id, flags,    lcid, iid == IID_NULL, params ? params->cArgs : 0, params ? params->cNamedArgs : 0,
+                 0,  VT_EMPTY, 0};
     if (params != nullptr && params->cNamedArgs > 0)
         call.namedId = params->rgdispidNamedArgs[0];
     if (params != nullptr && params->cArgs > 0) {

@@ -1,6 +1,7 @@
 // com_object_server.exe: a second process that offers a TestDispatch to the com tests. It registers the
 // object (optionally after a delay) as the active object of a class identifier and/or in the Running
-// Object Table, signals a named event (before a delay, else after registering), and revokes everything when a second named event is set.
+// Object Table, signals a named event (before a delay, else after registering), and revokes everything when a second
+// named event is set.
 //   com_object_server --clsid {...} --name NAME [--active] [--item] [--file PATH] [--delay MS]
 //                     --ready EVENT --quit EVENT
 #include "TestDispatch.h"
@@ -32,15 +33,15 @@ bool Parse(int argc, wchar_t** argv, Options& options) {
             return true;
         };
         std::wstring number;
-        if (arg == L"--clsid" ? !next(options.clsid)
-            : arg == L"--name" ? !next(options.name)
-            : arg == L"--file" ? !next(options.file)
-            : arg == L"--ready" ? !next(options.ready)
-            : arg == L"--quit" ? !next(options.quit)
-            : arg == L"--delay" ? !next(number)
+        if (arg == L"--clsid"    ? !next(options.clsid)
+            : arg == L"--name"   ? !next(options.name)
+            : arg == L"--file"   ? !next(options.file)
+            : arg == L"--ready"  ? !next(options.ready)
+            : arg == L"--quit"   ? !next(options.quit)
+            : arg == L"--delay"  ? !next(number)
             : arg == L"--active" ? !(options.active = true)
-            : arg == L"--item" ? !(options.item = true)
-                                : true)
+            : arg == L"--item"   ? !(options.item = true)
+                                 : true)
             return false;
         if (!number.empty())
             options.delayMs = static_cast<DWORD>(_wtoi(number.c_str()));

@@ -16,11 +16,10 @@ constexpr UINT kLifetimeMs = 60000;
 std::string Utf8(const std::wstring& text) {
     if (text.empty())
         return {};
-    int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr,
-                                   nullptr);
+    int size =
+        WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
     std::string out(static_cast<size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), out.data(), size, nullptr,
-                        nullptr);
+    WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), out.data(), size, nullptr, nullptr);
     return out;
 }
 
@@ -35,10 +34,10 @@ void WriteReport() {
     startup.cb = sizeof(startup);
     GetStartupInfoW(&startup);
     int show = (startup.dwFlags & STARTF_USESHOWWINDOW) ? startup.wShowWindow : -1;
-    std::wstring text = L"pid=" + std::to_wstring(GetCurrentProcessId()) + L"\ncwd=" + cwd +
-                        L"\ncmdline=" + GetCommandLineW() + L"\nforeground=" +
-                        std::to_wstring(reinterpret_cast<ULONG_PTR>(GetForegroundWindow())) +
-                        L"\nshow=" + std::to_wstring(show) + L"\n";
+    std::wstring text = L"pid=" + std::to_wstring(GetCurrentProcessId()) + L"\ncwd=" + cwd + L"\ncmdline=" +
+                        GetCommandLineW() + L"\nforeground=" +
+                        std::to_wstring(reinterpret_cast<ULONG_PTR>(GetForegroundWindow())) + L"\nshow=" +
+                        std::to_wstring(show) + L"\n";
     std::string bytes = Utf8(text);
     // Written under another name and then renamed, so that a reader never sees half a report.
     std::wstring temporary = std::wstring(reportPath) + L".part";

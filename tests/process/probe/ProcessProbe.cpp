@@ -27,8 +27,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
     wc.hInstance = instance;
     wc.lpszClassName = L"TavProcessProbe";
     RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, TitleFromCommandLine(), WS_OVERLAPPEDWINDOW, 10, 10, 300,
-                                  200, nullptr, nullptr, instance, nullptr);
+    HWND window = CreateWindowExW(0, wc.lpszClassName, TitleFromCommandLine(), WS_OVERLAPPEDWINDOW, 10, 10, 300, 200,
+                                  nullptr, nullptr, instance, nullptr);
     if (window == nullptr)
         return 1;
     ShowWindow(window, SW_SHOW);

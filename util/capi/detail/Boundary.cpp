@@ -16,7 +16,7 @@ bool Fits(size_t units, wchar_t* buffer, size_t capacity, size_t* needed) {
     return buffer != nullptr && units <= capacity;
 }
 
-} // namespace
+}  // namespace
 
 int32_t CopyText(const std::wstring& text, wchar_t* buffer, size_t capacity, size_t* needed) {
     if (!Fits(text.size() + 1, buffer, capacity, needed))
@@ -38,8 +38,7 @@ int32_t CopyList(const std::list<CStdStr<wchar_t>>& items, wchar_t* buffer, size
 }
 
 int32_t CopyTwo(const std::wstring& first, wchar_t* firstBuffer, size_t firstCapacity, size_t* firstNeeded,
-                const std::wstring& second, wchar_t* secondBuffer, size_t secondCapacity,
-                size_t* secondNeeded) {
+                const std::wstring& second, wchar_t* secondBuffer, size_t secondCapacity, size_t* secondNeeded) {
     const bool firstFits = Fits(first.size() + 1, firstBuffer, firstCapacity, firstNeeded);
     const bool secondFits = Fits(second.size() + 1, secondBuffer, secondCapacity, secondNeeded);
     if (!firstFits || !secondFits)
@@ -75,4 +74,4 @@ int32_t CurrentExceptionCode() noexcept {
     }
 }
 
-} // namespace tav::capi
+}  // namespace tav::capi

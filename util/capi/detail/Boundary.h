@@ -17,9 +17,7 @@ constexpr int32_t kNullArgument = TAV_E_NULL_ARGUMENT;
 constexpr int32_t kNullHandle = TAV_E_NULL_HANDLE;
 
 // A null buffer is allowed only with capacity 0 (a size query).
-inline bool BadBuffer(const void* buffer, size_t capacity) {
-    return buffer == nullptr && capacity != 0;
-}
+inline bool BadBuffer(const void* buffer, size_t capacity) { return buffer == nullptr && capacity != 0; }
 
 // Copies `text` and its terminator when they fit, else writes nothing. `needed` (may be null) receives the
 // units the copy needs in both cases. TAV_OK or TAV_E_BUFFER_TOO_SMALL.
@@ -28,15 +26,12 @@ int32_t CopyText(const std::wstring& text, wchar_t* buffer, size_t capacity, siz
 int32_t CopyList(const std::list<CStdStr<wchar_t>>& items, wchar_t* buffer, size_t capacity, size_t* needed);
 // Two texts that are written both or neither.
 int32_t CopyTwo(const std::wstring& first, wchar_t* firstBuffer, size_t firstCapacity, size_t* firstNeeded,
-                const std::wstring& second, wchar_t* secondBuffer, size_t secondCapacity,
-                size_t* secondNeeded);
+                const std::wstring& second, wchar_t* secondBuffer, size_t secondCapacity, size_t* secondNeeded);
 // Raw bytes by the same rule, without a terminator.
 int32_t CopyBytes(const void* data, size_t size, void* buffer, size_t capacity, size_t* needed);
 
 // A function's own result once its text is out: the copy's failure wins.
-inline int32_t WithText(int32_t result, int32_t copied) {
-    return copied < 0 ? copied : result;
-}
+inline int32_t WithText(int32_t result, int32_t copied) { return copied < 0 ? copied : result; }
 
 // The code for the exception being handled (call only inside a catch block).
 int32_t CurrentExceptionCode() noexcept;
@@ -59,8 +54,6 @@ template <typename Body> auto GuardedHandle(Body&& body) noexcept -> decltype(bo
     }
 }
 
-inline bool Flag(int32_t value) {
-    return value != 0;
-}
+inline bool Flag(int32_t value) { return value != 0; }
 
-} // namespace tav::capi
+}  // namespace tav::capi

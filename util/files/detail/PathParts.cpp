@@ -4,17 +4,11 @@ namespace tav::files {
 
 namespace {
 
-bool IsSeparator(wchar_t ch) {
-    return ch == L'\\' || ch == L'/';
-}
-bool Fits(const std::wstring& part, size_t capacity) {
-    return part.size() < capacity;
-}
-bool IsEmpty(const wchar_t* part) {
-    return part == nullptr || *part == L'\0';
-}
+bool IsSeparator(wchar_t ch) { return ch == L'\\' || ch == L'/'; }
+bool Fits(const std::wstring& part, size_t capacity) { return part.size() < capacity; }
+bool IsEmpty(const wchar_t* part) { return part == nullptr || *part == L'\0'; }
 
-} // namespace
+}  // namespace
 
 bool SplitPath(const std::wstring& path, PathParts& parts) {
     parts = PathParts{};
@@ -36,15 +30,14 @@ bool SplitPath(const std::wstring& path, PathParts& parts) {
     } else {
         parts.file = path.substr(nameStart);
     }
-    if (Fits(parts.drive, kDriveCapacity) && Fits(parts.dir, kDirCapacity) &&
-        Fits(parts.file, kFileCapacity) && Fits(parts.ext, kExtCapacity))
+    if (Fits(parts.drive, kDriveCapacity) && Fits(parts.dir, kDirCapacity) && Fits(parts.file, kFileCapacity) &&
+        Fits(parts.ext, kExtCapacity))
         return true;
     parts = PathParts{};
     return false;
 }
 
-bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const wchar_t* file,
-              const wchar_t* ext) {
+bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const wchar_t* file, const wchar_t* ext) {
     out.clear();
     if (!IsEmpty(drive)) {
         out += drive;
@@ -69,4 +62,4 @@ bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const
     return false;
 }
 
-} // namespace tav::files
+}  // namespace tav::files

@@ -16,13 +16,13 @@ constexpr size_t kDriveCapacity = 3;
 constexpr size_t kDirCapacity = 256;
 constexpr size_t kFileCapacity = 256;
 constexpr size_t kExtCapacity = 256;
-constexpr size_t kPathCapacity = 260; // MAX_PATH
+constexpr size_t kPathCapacity = 260;  // MAX_PATH
 
 struct PathParts {
-    std::wstring drive; // "D:" or empty
-    std::wstring dir;   // up to and including the last "\" or "/"; a UNC prefix lands here
-    std::wstring file;  // up to the last "." after the directory
-    std::wstring ext;   // from that "." to the end, dot included
+    std::wstring drive;  // "D:" or empty
+    std::wstring dir;    // up to and including the last "\" or "/"; a UNC prefix lands here
+    std::wstring file;   // up to the last "." after the directory
+    std::wstring ext;    // from that "." to the end, dot included
 };
 
 // Splits `path`. When a part does not fit its capacity every part is empty and the result is false.
@@ -31,7 +31,6 @@ bool SplitPath(const std::wstring& path, PathParts& parts);
 // Composes drive (":" added to a lone letter), directory (a "\" added unless it ends in "\" or "/"),
 // file name and extension ("." added when missing); null or empty parts are skipped. When the result
 // does not fit kPathCapacity, `out` is empty and the result is false.
-bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const wchar_t* file,
-              const wchar_t* ext);
+bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const wchar_t* file, const wchar_t* ext);
 
-} // namespace tav::files
+}  // namespace tav::files

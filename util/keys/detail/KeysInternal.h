@@ -10,7 +10,7 @@ namespace tav::keys::detail {
 
 // The player's state between two key events.
 struct PlayerState {
-    WORD currentKey = 0;       // the entry being played, 0 when none
+    WORD currentKey = 0;        // the entry being played, 0 when none
     bool keyUpPending = false;  // an ordinary current key still owes its key-up
     bool shift = false;         // the four modifier toggles: a modifier entry presses when its toggle
     bool control = false;       // turns on and releases when it turns off
@@ -22,11 +22,11 @@ struct PlayerState {
 
 // The process-wide state of keystroke synthesis, defined together in KeyState.cpp.
 struct KeyState {
-    KeyQueue queue;                    // written by the parser only, read by the player only
-    HoldList holdList;                 // written by the player and SendKeys_ReleaseAll only
-    PlayerState player;                // the player only; reset per run except `hold`
+    KeyQueue queue;                   // written by the parser only, read by the player only
+    HoldList holdList;                // written by the player and SendKeys_ReleaseAll only
+    PlayerState player;               // the player only; reset per run except `hold`
     const wchar_t* cursor = nullptr;  // the parser's position in the script being parsed
-    ULONG_PTR inProgress = 0;          // set by hosts, cleared by a run, read by SendKeys
+    ULONG_PTR inProgress = 0;         // set by hosts, cleared by a run, read by SendKeys
 };
 KeyState& State();
 
