@@ -14,9 +14,10 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             binutils-mingw-w64-x86-64:x86_64-w64-mingw32-objdump \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
-            clang:clang lld:lld-link llvm:llvm-dlltool
+            clang:clang lld:lld-link llvm:llvm-dlltool \
+            clang-format:clang-format
 
-.PHONY: all deps configure build test demo bench install clean loaded-runs test-hardened fuzz
+.PHONY: all deps configure build test demo bench install clean loaded-runs test-hardened fuzz format format-check
 
 all: build
 
@@ -45,9 +46,19 @@ configure: deps
 build: deps configure
 	cmake --build $(BUILD) -j $(JOBS)
 
-# Every test program runs once: a failure is a failure.
-test: build
+# Every test program runs once: a failure is a failure. The sources must be as clang-format writes them.
+test: format-check build
 	cd $(BUILD) && ctest --output-on-failure --timeout 900 -j $(TEST_JOBS)
+
+# The C and C++ sources as .clang-format describes them: `make format` rewrites them, `make format-check`
+# (part of `make test`) fails on any difference and lists the files.
+FORMAT_SOURCES = $(shell git ls-files '*.c' '*.cpp' '*.h' 2>/dev/null)
+format: deps
+	@clang-format -i $(FORMAT_SOURCES)
+format-check: deps
+	@files=$$(clang-format --dry-run --Werror $(FORMAT_SOURCES) 2>&1 | grep -E '^[^ ]+: error' | cut -d: -f1 | sort -u); \
+	if [ -n "$$files" ]; then echo "not formatted (run make format):"; echo "$$files"; exit 1; fi; \
+	echo "format: $(words $(FORMAT_SOURCES)) files as .clang-format writes them"
 
 # The whole suite (with the quick hostile-input pass) on the hardened variant, in its own build folder.
 HARDENED_BUILD ?= build-hardened
