@@ -21,17 +21,20 @@ namespace {
 using desktoptest::DialogDriver;
 using desktoptest::TestWindow;
 
-// Where the folder dialog tests make their folders: the user's profile folder, which no other test program
-// writes in. The folder tree tells folders apart by their shell items, and a folder's item carries its
-// modification time: once another program makes or removes something in a folder on the way (the shared
-// temporary folder, while test programs run side by side), the items the tree holds no longer equal the
-// ones parsed from a path, and the dialog can neither preselect nor select a folder below it by path.
+// Where the folder dialog tests make their folders: a folder of their own at the root of the system drive,
+// on a path that no other test program writes in. The folder tree tells folders apart by their shell items,
+// and a folder's item carries its modification time: once another program makes or removes something on the
+// way (the shared temporary folder, or the profile folder that holds it, while test programs run side by
+// side), the items the tree holds no longer equal the ones parsed from a path, and the dialog can neither
+// preselect nor select a folder below it by path.
 std::wstring FolderDialogTestParent() {
-    wchar_t profile[MAX_PATH] = {};
-    const DWORD length = GetEnvironmentVariableW(L"USERPROFILE", profile, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH)
+    wchar_t windows[MAX_PATH] = {};
+    const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
+    if (length < 3 || length >= MAX_PATH)
         return {};  // the shared temporary folder
-    return std::wstring(profile) + L"\\";
+    const std::wstring parent = std::wstring(windows, 3) + L"tavutil-folder-tests";
+    CreateDirectoryW(parent.c_str(), nullptr);  // made once, kept: removing it would change the drive root
+    return parent + L"\\";
 }
 
 // What the library handed to the common dialogs (the real dialogs still run).
