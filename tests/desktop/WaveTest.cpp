@@ -45,28 +45,6 @@ BOOL WINAPI RecordPlaySound(LPCWSTR sound, HMODULE module, DWORD flags) {
     return call.result;
 }
 
-// A playable sound: 0.1 s of silence, 8 kHz, 8-bit mono.
-std::string SilentWave() {
-    const unsigned samples = 800;
-    std::string bytes;
-    auto put32 = [&](unsigned v) { bytes.append(reinterpret_cast<const char*>(&v), 4); };
-    auto put16 = [&](unsigned short v) { bytes.append(reinterpret_cast<const char*>(&v), 2); };
-    bytes += "RIFF";
-    put32(36 + samples);
-    bytes += "WAVEfmt ";
-    put32(16);
-    put16(1);
-    put16(1);
-    put32(8000);
-    put32(8000);
-    put16(1);
-    put16(8);
-    bytes += "data";
-    put32(samples);
-    bytes.append(samples, '\x80');
-    return bytes;
-}
-
 // Registers sounds for this executable's events under HKCU and removes the whole application key after.
 class WaveTest : public ::testing::Test {
 protected:
@@ -77,7 +55,7 @@ protected:
             << "a sound scheme for the test executable exists before the test";
         ownsAppKey_ = true;
         wavePath_ = temp_ / L"chime.wav";
-        ASSERT_TRUE(tavtest::WriteFileBytes(wavePath_, SilentWave()));
+        ASSERT_TRUE(tavtest::WriteFileBytes(wavePath_, tavtest::SilentWave(800)));
         hook_ =
             std::make_unique<tavtest::ImportHook>("winmm.dll", "PlaySoundW", reinterpret_cast<void*>(&RecordPlaySound));
         ASSERT_TRUE(hook_->installed());

@@ -16,27 +16,6 @@ namespace soak {
 
 namespace {
 
-// A playable sound: 0.05 s of silence, 8 kHz, 8-bit mono.
-std::string SilentWave() {
-    const unsigned samples = 400;
-    std::string bytes = "RIFF";
-    auto put32 = [&](unsigned v) { bytes.append(reinterpret_cast<const char*>(&v), 4); };
-    auto put16 = [&](unsigned short v) { bytes.append(reinterpret_cast<const char*>(&v), 2); };
-    put32(36 + samples);
-    bytes += "WAVEfmt ";
-    put32(16);
-    put16(1);
-    put16(1);
-    put32(8000);
-    put32(8000);
-    put16(1);
-    put16(8);
-    bytes += "data";
-    put32(samples);
-    bytes.append(samples, '\x80');
-    return bytes;
-}
-
 void SoakClipboard(Runner& runner) {
     runner.Check("ClassicClipboard open + close", [] {
         ClassicClipboard clipboard(false, nullptr);
@@ -75,7 +54,7 @@ void SoakWaits(Runner& runner) {
 void SoakSounds(Runner& runner) {
     tavtest::TempDir folder(L"tavsoak");
     const std::wstring wave = folder / L"silence.wav";
-    tavtest::WriteFileBytes(wave, SilentWave());
+    tavtest::WriteFileBytes(wave, tavtest::SilentWave(400));
     const std::wstring appKey = L"AppEvents\\Schemes\\Apps\\" + cWave::applicationName();
     regtest::RawSet(HKEY_CURRENT_USER, appKey + L"\\SoakEvent\\.Current", nullptr, REG_SZ,
                     regtest::TextBytes(wave + L'\0'));

@@ -121,6 +121,26 @@ bool WriteFileBytes(const std::wstring& path, const std::string& bytes) {
            written == bytes.size();
 }
 
+std::string SilentWave(unsigned samples) {
+    std::string bytes;
+    auto put32 = [&](unsigned v) { bytes.append(reinterpret_cast<const char*>(&v), 4); };
+    auto put16 = [&](unsigned short v) { bytes.append(reinterpret_cast<const char*>(&v), 2); };
+    bytes += "RIFF";
+    put32(36 + samples);
+    bytes += "WAVEfmt ";
+    put32(16);    // format block size
+    put16(1);     // PCM
+    put16(1);     // mono
+    put32(8000);  // samples a second
+    put32(8000);  // bytes a second
+    put16(1);     // block alignment
+    put16(8);     // bits a sample
+    bytes += "data";
+    put32(samples);
+    bytes.append(samples, '\x80');  // the 8-bit silence level
+    return bytes;
+}
+
 ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
     ChildResult result;
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
