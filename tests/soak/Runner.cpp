@@ -48,7 +48,12 @@ void PumpPending() {
     }
 }
 
-std::string Delta(int64_t bytes) { return (bytes > 0 ? "+" : "") + Bytes(bytes); }
+std::string Delta(int64_t bytes) {
+    // Appended rather than prefixed: GCC 12 with the hardened flags sees a false overlap in "+" + string.
+    std::string text = bytes > 0 ? "+" : "";
+    text += Bytes(bytes);
+    return text;
+}
 
 struct Judgement {
     bool grew = false;
