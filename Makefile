@@ -6,7 +6,8 @@ JOBS ?= $(shell nproc)
 # Test programs that share nothing run side by side (see cmake/TavUtilTesting.cmake); most of a test's time
 # is spent waiting on Wine and on windows, so a few more than the cores.
 TEST_JOBS ?= $(shell echo $$(( $(JOBS) + 2 )))
-TOOLCHAIN := cmake/mingw-w64-x86_64.cmake
+# Absolute: the packaging tests configure projects of their own with the toolchain file this build used.
+TOOLCHAIN := $(CURDIR)/cmake/mingw-w64-x86_64.cmake
 SESSION := cmake/wine-session.sh
 
 # Debian packages the build and the tests need, and a command each one provides.
