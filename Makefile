@@ -18,7 +18,8 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             clang:clang lld:lld-link llvm:llvm-dlltool \
             clang-format:clang-format
 
-.PHONY: all deps configure build test demo bench install clean loaded-runs test-hardened fuzz format format-check
+.PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz format \
+        format-check
 
 all: build
 
@@ -63,16 +64,20 @@ format-check: deps
 
 # The whole suite (with the quick hostile-input pass) on the hardened variant, in its own build folder.
 HARDENED_BUILD ?= build-hardened
-test-hardened: deps
+hardened-build: deps
 	cmake -S . -B $(HARDENED_BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=Release \
 	    -DTAVUTIL_HARDENED=ON -DTAVUTIL_BUILD_BENCH=OFF
 	cmake --build $(HARDENED_BUILD) -j $(JOBS)
+test-hardened: hardened-build
 	cd $(HARDENED_BUILD) && ctest --output-on-failure --timeout 900 -j $(TEST_JOBS)
 
-# The long hostile-input pass: TAVUTIL_FUZZ_INPUTS inputs per driver (default 1,000,000) and a table.
-fuzz: build
-	@$(SESSION) start $(BUILD) && \
-	$(SESSION) run $(BUILD) $(BUILD)/bin/fuzz_tests.exe --long; status=$$?; $(SESSION) stop $(BUILD); exit $$status
+# The long hostile-input pass, on the hardened variant: TAVUTIL_FUZZ_INPUTS inputs per driver (default
+# 1,000,000), one process per driver, FUZZ_JOBS at a time, and a table at the end (cmake/fuzz-long.sh).
+# FUZZ_FILTER picks drivers (a gtest filter, e.g. Fuzz.Parser:Fuzz.Escape).
+FUZZ_JOBS ?= $(JOBS)
+FUZZ_FILTER ?= Fuzz.*
+fuzz: hardened-build
+	bash cmake/fuzz-long.sh $(HARDENED_BUILD) $(FUZZ_JOBS) '$(FUZZ_FILTER)'
 
 # The demonstration needs only the DLL and the command-line tool.
 demo: configure

@@ -21,6 +21,10 @@ constexpr double kQuickSecondsPerDriver = 3.0;
 constexpr uint64_t kLongInputsDefault = 1000000;
 // A single call that takes longer than this is a hang: the input is recorded and the process ends.
 constexpr ULONGLONG kCallBoundMs = 60000;
+// Random inputs stay below these sizes (the extremes themselves are larger and run once per pass): a
+// 100,000-unit input costs a system entry point seconds, and a million inputs must fit in a long pass.
+constexpr size_t kMaxWindowUnits = 4096;
+constexpr size_t kMaxGrownUnits = 100000;
 
 uint64_t EnvNumber(const char* name, uint64_t fallback) {
     const char* value = std::getenv(name);
@@ -140,6 +144,17 @@ const std::vector<wchar_t>& InterestingUnits() {
     return units;
 }
 
+// A random window of an extreme for the mutator: it keeps the extreme's character (deep nesting, runs of
+// one unit, every unit, lone surrogates) at a size a million inputs can afford. Each whole extreme still
+// runs once per pass, before the random inputs.
+Text WindowOf(Rng& rng, const Text& extreme) {
+    if (extreme.size() <= kMaxWindowUnits)
+        return extreme;
+    size_t length = 1 + rng.Below(static_cast<uint32_t>(kMaxWindowUnits));
+    size_t at = rng.Below(static_cast<uint32_t>(extreme.size() - length + 1));
+    return extreme.substr(at, length);
+}
+
 wchar_t RandomUnit(Rng& rng) {
     if (rng.OneIn(3))
         return static_cast<wchar_t>(rng.Below(0x10000));
@@ -244,12 +259,12 @@ Text Mutate(Rng& rng, const Text& original, const std::vector<Text>& seeds) {
                 text[rng.Below(static_cast<uint32_t>(size))] ^= static_cast<wchar_t>(1u << rng.Below(16));
             break;
         case 3:  // duplicate
-            if (size > 0 && size < 100000) {
+            if (size > 0 && size < kMaxGrownUnits) {
                 size_t at = rng.Below(static_cast<uint32_t>(size));
                 size_t length = 1 + rng.Below(static_cast<uint32_t>(size - at));
                 Text piece = text.substr(at, length);
                 size_t times = rng.OneIn(10) ? 1 + rng.Below(200) : 1;
-                for (size_t i = 0; i < times; ++i)
+                for (size_t i = 0; i < times && text.size() + length <= kMaxGrownUnits; ++i)
                     text.insert(at, piece);
             }
             break;
@@ -331,7 +346,7 @@ void RunDriver(const Driver& driver) {
         else if (kind < 9 && !driver.seeds.empty())
             input.text = Mutate(rng, rng.Pick(driver.seeds), driver.seeds);
         else
-            input.text = Mutate(rng, rng.OneIn(4) ? rng.Pick(extremes) : Text(), driver.seeds);
+            input.text = Mutate(rng, rng.OneIn(4) ? WindowOf(rng, rng.Pick(extremes)) : Text(), driver.seeds);
         runOne(std::move(input), inputs);
     }
 
