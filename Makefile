@@ -86,9 +86,11 @@ demo: configure
 
 # RUNS full test runs, one after the other, while CPU burners keep every core busy: a test that fails only
 # on a loaded machine shows here (cmake/loaded-runs.sh).
+# BURNERS=0 when something else keeps the cores busy (each run's line shows the load average).
 RUNS ?= 10
+BURNERS ?= $(JOBS)
 loaded-runs: build
-	bash cmake/loaded-runs.sh $(BUILD) $(RUNS) $(TEST_JOBS)
+	bash cmake/loaded-runs.sh $(BUILD) $(RUNS) $(TEST_JOBS) $(BURNERS)
 
 bench: build
 	cmake --build $(BUILD) --target benchmarks -j $(JOBS)

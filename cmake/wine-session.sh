@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# One Wine session per build directory: a private prefix (made once, reused), one Xvfb and one persistent
-# wineserver for a whole test run.
+# One Wine session per folder (a build directory, or the folder of a second session inside one): a private
+# prefix (made once, reused), one Xvfb and one persistent wineserver for a whole test run.
 #
 #   wine-session.sh start BUILD_DIR        make the prefix if needed, start Xvfb and the wineserver
 #   wine-session.sh stop  BUILD_DIR        stop both (by pid for Xvfb)
@@ -13,6 +13,7 @@
 set -u
 
 cmd=${1:?usage: wine-session.sh start|stop|run|env BUILD_DIR [EXE ARGS...]}
+[ "$cmd" = start ] && mkdir -p "${2:?missing BUILD_DIR}"  # a session folder of its own (a second desktop)
 build=$(cd "${2:?missing BUILD_DIR}" && pwd)
 shift 2
 

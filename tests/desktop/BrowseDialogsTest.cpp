@@ -22,11 +22,10 @@ using desktoptest::DialogDriver;
 using desktoptest::TestWindow;
 
 // Where the folder dialog tests make their folders: a folder of their own at the root of the system drive,
-// on a path that no other test program writes in. The folder tree tells folders apart by their shell items,
-// and a folder's item carries its modification time: once another program makes or removes something on the
-// way (the shared temporary folder, or the profile folder that holds it, while test programs run side by
-// side), the items the tree holds no longer equal the ones parsed from a path, and the dialog can neither
-// preselect nor select a folder below it by path.
+// on a path that no other test program writes in or reads. The folder tree tells folders apart by their
+// whole shell items, which carry each folder's times: a folder on the way that another program changes or
+// reads while a dialog is open no longer equals the item the tree holds, and the dialog can neither
+// preselect nor select a folder below it by path (see also ReadTheTestFolders).
 std::wstring FolderDialogTestParent() {
     wchar_t windows[MAX_PATH] = {};
     const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
@@ -83,7 +82,50 @@ BOOL WINAPI RecordGetOpenFileName(OPENFILENAMEW* ofn) {
     return g_openFileHook->original<decltype(&GetOpenFileNameW)>()(ofn);
 }
 
+// Lists `folder` and the folders below it, `depth` levels deep.
+void ReadFolders(const std::wstring& folder, int depth) {
+    WIN32_FIND_DATAW data;
+    HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &data);
+    if (find == INVALID_HANDLE_VALUE)
+        return;
+    do {
+        const std::wstring name = data.cFileName;
+        if (depth > 0 && (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && name != L"." && name != L"..")
+            ReadFolders(folder + L"\\" + name, depth - 1);
+    } while (FindNextFileW(find, &data));
+    FindClose(find);
+}
+
+// Wine's folder tree tells folders apart by their whole shell items, which carry each folder's last access
+// time, and the file system here records a read of a folder changed since its last read (relatime). The
+// dialog takes the start folder's items first and reads the folders on the way afterwards, while it fills
+// the tree: a folder that the test (or the library, making the start folder) changed just before then gets
+// a new access time between the two looks, and once that time crosses into another two-second step the
+// items differ and nothing is selected, more often the busier the machine. Each folder the tests use is
+// read here first, after the last change the library makes and before the dialog opens.
+void ReadTheTestFolders() {
+    const std::wstring parent = FolderDialogTestParent();
+    ReadFolders(parent.substr(0, parent.size() - 1), 3);
+}
+
+// Sets the last access time of `folder` an hour back, as if it had last been read long before it changed.
+bool LastReadAnHourAgo(const std::wstring& folder) {
+    HANDLE handle = CreateFileW(folder.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return false;
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    ULARGE_INTEGER time{{now.dwLowDateTime, now.dwHighDateTime}};
+    time.QuadPart -= 36000000000ull;  // an hour, in 100 ns steps
+    FILETIME hourAgo{time.LowPart, time.HighPart};
+    const bool set = SetFileTime(handle, nullptr, &hourAgo, nullptr) != FALSE;
+    CloseHandle(handle);
+    return set;
+}
+
 PIDLIST_ABSOLUTE WINAPI RecordBrowseForFolder(BROWSEINFOW* info) {
+    ReadTheTestFolders();
     FolderCall& call = g_folder;
     ++call.count;
     call.owner = info->hwndOwner;
@@ -406,6 +448,21 @@ TEST_F(BrowseTest, HelperBrowseStoresTitleAndFolderAndTracksSelection) {
     // The starting folder was selected when the dialog became ready.
     EXPECT_EQ(_wcsicmp(helper.GetSelectedPath().c_str(), start.c_str()), 0)
         << tavtest::Narrow(helper.GetSelectedPath());
+}
+
+TEST_F(BrowseTest, StartFolderIsSelectedWhenTheFoldersOnTheWayWereLastReadLongAgo) {
+    // The case that made the folder tests fail now and then on a busy machine, made certain: the folders on
+    // the way to the start folder were last read long before the dialog opens (see ReadTheTestFolders).
+    const std::wstring start = temp_ / L"Read Long Ago";
+    ASSERT_TRUE(CreateDirectoryW(start.c_str(), nullptr));
+    const std::wstring parent = FolderDialogTestParent();
+    for (const std::wstring& folder : {parent.substr(0, parent.size() - 1), temp_.path(), start})
+        ASSERT_TRUE(LastReadAnHourAgo(folder)) << tavtest::Narrow(folder);
+    DialogDriver driver([&](HWND dialog) { desktoptest::Confirm(dialog); });
+    CStdStr<wchar_t> folder = start;
+    EXPECT_TRUE(BrowseForFolder(L"Where to?", folder, nullptr));
+    ASSERT_TRUE(driver.Finish());
+    EXPECT_EQ(_wcsicmp(folder.c_str(), start.c_str()), 0) << tavtest::Narrow(folder);
 }
 
 struct StatusRow {

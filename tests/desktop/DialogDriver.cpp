@@ -166,9 +166,9 @@ void ConfirmFolder(HWND dialog, const std::wstring& path) {
     // The selection is made again until the tree shows it: a dialog still busy with its start folder could
     // move it back.
     const std::wstring leaf = path.substr(path.find_last_of(L'\\') + 1);
-    // The tree finds a path by comparing shell items, which carry each folder's modification time: after a
-    // folder on the way has changed since the tree was filled, the message selects nothing. Then the folder
-    // is picked in the tree by its name, as a user would, among the selection's neighbours.
+    // The tree finds a path by comparing whole shell items, which carry each folder's times: after a folder
+    // on the way has been changed or read since the tree was filled, the message selects nothing. Then the
+    // folder is picked in the tree by its name, as a user would, among the selection's neighbours.
     const bool shown = tavtest::WaitUntil([&] {
         SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
         WaitUntilSettled(dialog);

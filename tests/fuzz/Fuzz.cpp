@@ -17,7 +17,7 @@ namespace fuzz {
 
 namespace {
 
-constexpr double kQuickSecondsPerDriver = 3.0;
+constexpr double kQuickSecondsPerDriver = 2.0;  // the quick pass: every driver, half a minute in all
 constexpr uint64_t kLongInputsDefault = 1000000;
 // A single call that takes longer than this is a hang: the input is recorded and the process ends.
 constexpr ULONGLONG kCallBoundMs = 60000;

@@ -2,7 +2,7 @@
 // generators and from a list of extremes, each run through one entry point and checked; a failing input
 // is printed and written to fuzz-failures.txt beside the executable, ready to become a regression row.
 //
-// Quick pass (the default, under CTest): a few seconds per driver. Long pass (`--long`, `make fuzz`): a
+// Quick pass (the default, under CTest): two seconds per driver. Long pass (`--long`, `make fuzz`): a
 // fixed number of inputs per driver (TAVUTIL_FUZZ_INPUTS, default 1,000,000) and a table at the end.
 // Every run prints its seed; TAVUTIL_FUZZ_SEED repeats it.
 #pragma once

@@ -79,6 +79,8 @@ public:
     const std::vector<KeyEvent>& WaitForKeys(size_t count, DWORD timeoutMs = tavtest::kWaitMs);
     // Pumps until every key typed and message posted so far has arrived; false when that took too long.
     bool Settle() { return tavtest::Settle(window_); }
+    // The events once everything typed so far has arrived: for "nothing (more) was typed".
+    const std::vector<KeyEvent>& KeysSoFar() { return WaitForKeys(0); }
 
 private:
     static LRESULT CALLBACK Proc(HWND, UINT, WPARAM, LPARAM);

@@ -3,8 +3,11 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
 
 namespace soak {
 
@@ -27,7 +30,51 @@ constexpr int kFullCount = 10000;    // calls of an operation that takes under a
 constexpr int kSlowBudgetMs = 8000;  // slower operations: as many calls as fit in this time
 constexpr int kSlowMinimum = 100;
 constexpr int kQuickMaximum = 100;
+constexpr double kQuickBudgetMs = 250;  // the smoke run's time per operation, unless 10 calls take longer
 constexpr int kWarmUpCalls = 20;
+constexpr int kQuickWarmUpCalls = 5;
+// An operation still running after this long hangs (the slowest takes about 10 s, 40 s in a full run).
+constexpr ULONGLONG kQuickHangMs = 120000;
+constexpr ULONGLONG kHangMs = 600000;
+
+// The operation being checked, for the hang watch.
+struct Running {
+    std::mutex lock;
+    std::string name;
+    ULONGLONG startedAt = 0;  // 0: none
+};
+Running& Current() {
+    static Running running;
+    return running;
+}
+
+// An operation that hangs ends the run with its name, rather than leaving the test to its time limit
+// without a word. The watching thread is started once, before the first reading, so it never counts as
+// growth.
+void WatchForHangs(ULONGLONG limitMs) {
+    static std::once_flag once;
+    std::call_once(once, [limitMs] {
+        std::thread([limitMs] {
+            for (;;) {
+                std::this_thread::sleep_for(std::chrono::seconds(1));
+                Running& running = Current();
+                std::lock_guard<std::mutex> guard(running.lock);
+                if (running.startedAt != 0 && GetTickCount64() - running.startedAt > limitMs) {
+                    printf("%s: still running after %llu s: the run ends here\n", running.name.c_str(), limitMs / 1000);
+                    fflush(stdout);
+                    TerminateProcess(GetCurrentProcess(), 100);
+                }
+            }
+        }).detach();
+    });
+}
+
+void SetRunning(const std::string& name) {
+    Running& running = Current();
+    std::lock_guard<std::mutex> guard(running.lock);
+    running.name = name;
+    running.startedAt = name.empty() ? 0 : GetTickCount64();
+}
 
 double MillisecondsOf(const std::function<void()>& call, int times) {
     LARGE_INTEGER frequency, start, end;
@@ -109,14 +156,14 @@ Reading Settle(const Reading& before, int calls, const Kept& kept, const Platfor
 }
 
 // A reading of the process at rest: threads that asynchronous calls started may still be ending, so the
-// reading is repeated until two in a row, 100 ms apart, agree (at most 3 s).
-Reading Quiet(const std::function<void()>& prepare) {
+// reading is repeated until two in a row, `apartMs` apart, agree (at most 3 s).
+Reading Quiet(const std::function<void()>& prepare, DWORD apartMs) {
     if (prepare)
         prepare();
     Reading last = Measure();
     for (DWORD start = GetTickCount(); GetTickCount() - start < 3000;) {
         PumpPending();
-        Sleep(100);
+        Sleep(apartMs);
         if (prepare)
             prepare();
         const Reading now = Measure();
@@ -134,7 +181,7 @@ int Runner::CountFor(double msPerCall) const {
     if (msPerCall >= 1.0)
         count = std::clamp(static_cast<int>(kSlowBudgetMs / msPerCall), kSlowMinimum, kFullCount);
     if (options_.quick)
-        count = std::clamp(static_cast<int>(1000 / std::max(msPerCall, 0.01)), 10, kQuickMaximum);
+        count = std::clamp(static_cast<int>(kQuickBudgetMs / std::max(msPerCall, 0.01)), 10, kQuickMaximum);
     return count;
 }
 
@@ -142,20 +189,25 @@ void Runner::Check(const std::string& name, const std::function<void()>& call, c
                    const Platform& platform) {
     if (!options_.filter.empty() && name.find(options_.filter) == std::string::npos)
         return;
+    WatchForHangs(options_.quick ? kQuickHangMs : kHangMs);
+    SetRunning(name);
     try {
         Measured(name, call, kept, counter, platform);
     } catch (const std::exception& error) {
         Fail(name, std::string("the call failed: ") + error.what());
     }
+    SetRunning({});
 }
 
 void Runner::Measured(const std::string& name, const std::function<void()>& call, const Kept& kept,
                       const Counter* counter, const Platform& platform) {
-    const double msPerCall = MillisecondsOf(call, kWarmUpCalls) / kWarmUpCalls;
+    const int warmUpCalls = options_.quick ? kQuickWarmUpCalls : kWarmUpCalls;
+    const double msPerCall = MillisecondsOf(call, warmUpCalls) / warmUpCalls;
     const int calls = CountFor(msPerCall);
-    MillisecondsOf(call, std::max(0, calls / 100 - kWarmUpCalls));  // caches and lazy state settle first
+    MillisecondsOf(call, std::max(0, calls / 100 - warmUpCalls));  // caches and lazy state settle first
 
-    const Reading before = Quiet(platform.prepare);
+    // The smoke run looks twice as often: it checks a hundred operations inside the regular tests.
+    const Reading before = Quiet(platform.prepare, options_.quick ? 25 : 100);
     const int64_t counterBefore = counter ? counter->read() : 0;
     const double ms = MillisecondsOf(call, calls);
     PumpPending();

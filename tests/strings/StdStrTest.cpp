@@ -6,6 +6,7 @@
 
 #include <cstdarg>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -178,6 +179,43 @@ TEST(StdStr, FormatConversionErrorKeepsTheTextBeforeItWithoutPadding) {
     EXPECT_EQ(s, L"ab");
     EXPECT_EQ(s.GetLength(), 2);
     EXPECT_EQ(formatterCalls, std::vector<size_t>{2048});  // no larger buffer is tried
+}
+
+// The first buffer is kept cleared between calls: a failed conversion after a long text keeps nothing of
+// that text.
+TEST(StdStr, FormatConversionErrorAfterALongTextKeepsNothingOfIt) {
+    Str longText;
+    longText.Format(L"%s", std::wstring(2040, L'z').c_str());
+    ASSERT_EQ(longText.GetLength(), 2040);
+    HMODULE self = GetModuleHandleW(nullptr);
+    tavtest::ImportHook formatter(self, "msvcrt.dll", "_vsnwprintf", reinterpret_cast<void*>(&FailingFormatter));
+    tavtest::ImportHook counter(self, "msvcrt.dll", "_vscwprintf", reinterpret_cast<void*>(&FailingCounter));
+    ASSERT_TRUE(formatter.installed());
+    Str s;
+    s.Format(L"ab%hs", "x");
+    EXPECT_EQ(s, L"ab");
+}
+
+// Threads that format at the same time each get their own text (one of them may format in a buffer of its
+// own while another holds the shared one).
+TEST(StdStr, FormatFromSeveralThreadsAtOnce) {
+    std::vector<std::thread> threads;
+    std::vector<int> wrong(4, 0);
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([t, &wrong] {
+            for (int i = 0; i < 3000; ++i) {
+                Str s;
+                const int length = (i * 37 + t) % 2000;
+                s.Format(L"%d:%s", t,
+                         std::wstring(static_cast<size_t>(length), static_cast<wchar_t>(L'a' + t)).c_str());
+                if (s != std::to_wstring(t) + L":" +
+                             std::wstring(static_cast<size_t>(length), static_cast<wchar_t>(L'a' + t)))
+                    ++wrong[static_cast<size_t>(t)];
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, std::vector<int>(4, 0));
 }
 
 }  // namespace

@@ -8,12 +8,59 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 template <typename CT> class CStdStr;
+
+namespace tav::detail {
+
+// The first buffer of CStdStr::Format, which most texts fit. After a failed conversion Format keeps the
+// text up to its first NUL, so the buffer must be all zeros before the formatter writes into it: one buffer
+// per module is kept that way between calls, and only what a call wrote is cleared after it, so that a
+// short Format neither allocates nor clears 4 KiB. A thread that finds it in use gets a cleared buffer of
+// its own.
+class FirstFormatBuffer {
+public:
+    static constexpr size_t kUnits = 2049;  // CStdStr<wchar_t>::kFormatBufferSizes[0]
+
+    FirstFormatBuffer() : shared_(!InUse().test_and_set(std::memory_order_acquire)) {
+        if (!shared_)
+            own_.assign(kUnits, L'\0');
+    }
+    ~FirstFormatBuffer() {
+        if (shared_) {
+            std::fill_n(Shared(), written_, L'\0');
+            InUse().clear(std::memory_order_release);
+        }
+    }
+    FirstFormatBuffer(const FirstFormatBuffer&) = delete;
+    FirstFormatBuffer& operator=(const FirstFormatBuffer&) = delete;
+
+    wchar_t* units() { return shared_ ? Shared() : own_.data(); }
+    // The formatter wrote into the first `count` units (at most all of them).
+    void Wrote(size_t count) { written_ = std::max(written_, std::min(count, kUnits)); }
+
+private:
+    static wchar_t* Shared() {
+        static wchar_t units[kUnits];
+        return units;
+    }
+    static std::atomic_flag& InUse() {
+        static std::atomic_flag flag = ATOMIC_FLAG_INIT;
+        return flag;
+    }
+
+    const bool shared_;
+    size_t written_ = 0;
+    std::vector<wchar_t> own_;
+};
+
+}  // namespace tav::detail
 
 template <> class CStdStr<wchar_t> : public std::wstring {
 public:
@@ -177,11 +224,12 @@ inline void CStdStr<wchar_t>::FormatV(const wchar_t* format, va_list args) {
         clear();
         return;
     }
-    // Most texts fit the first size: its buffer lives on the stack, so that a short Format allocates nothing
-    // but the string itself. Larger sizes go to the heap.
-    wchar_t firstBuffer[kFormatBufferSizes[0]] = {};
+    // Most texts fit the first size, whose buffer is kept cleared between calls (FirstFormatBuffer): a
+    // short Format allocates nothing but the string itself. Larger sizes go to the heap.
+    static_assert(kFormatBufferSizes[0] == tav::detail::FirstFormatBuffer::kUnits, "the first size");
+    tav::detail::FirstFormatBuffer first;
     std::vector<wchar_t> largerBuffer;
-    wchar_t* buffer = firstBuffer;
+    wchar_t* buffer = first.units();
     int size = kFormatBufferSizes[0];
     for (int candidate : kFormatBufferSizes) {
         if (candidate != kFormatBufferSizes[0]) {
@@ -194,6 +242,8 @@ inline void CStdStr<wchar_t>::FormatV(const wchar_t* format, va_list args) {
         // -1: the text did not fit in size - 1 units, or a conversion failed.
         int written = _vsnwprintf(buffer, static_cast<size_t>(size - 1), format, attempt);
         va_end(attempt);
+        // The text and its terminator; a failed call may have written anywhere below the size.
+        first.Wrote(written >= 0 ? static_cast<size_t>(written) + 1 : static_cast<size_t>(size));
         if (written >= 0) {
             Base::assign(buffer, static_cast<size_t>(written));
             return;
