@@ -157,6 +157,10 @@ static void check_parse(const wchar_t* script) {
     EXPECT_INT(result, tav_keys_parse(script, entries, 64, &need));
     EXPECT_INT(count, need);
     EXPECT_TRUE(memcmp(entries, expected, count * sizeof(uint16_t)) == 0);
+    /* A capacity far beyond the entries, counted in entries: as a byte count it once overflowed to 0. */
+    EXPECT_INT(result, tav_keys_parse(script, entries, SIZE_MAX / 2 + 1, &need));
+    EXPECT_INT(count, need);
+    EXPECT_INT(result, tav_keys_parse(script, entries, SIZE_MAX, NULL));
     if (count > 0) {
         memset(small, 0xAA, sizeof small);
         small[count - 1] = 0xBEEF;

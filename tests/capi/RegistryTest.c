@@ -182,6 +182,17 @@ void test_settings(void) {
     EXPECT_TRUE(tav_settings_write_size(settings, L"z", &size) != 0);
     EXPECT_INT(1, tav_settings_read_size(settings, L"z", &read_size));
     EXPECT_TRUE(read_size.cx == 640 && read_size.cy == 480);
+    /* A stored value shorter than the record replaces its first bytes and keeps the rest, as the C++ reads
+     * do (the C reads once gave zeros there). */
+    read_rect = rect;
+    EXPECT_INT(1, tav_settings_read_rect(settings, L"i", &read_rect));
+    EXPECT_TRUE(read_rect.left == -42 && read_rect.top == 2 && read_rect.right == 300 && read_rect.bottom == 400);
+    read_point = point;
+    EXPECT_INT(1, tav_settings_read_point(settings, L"i", &read_point));
+    EXPECT_TRUE(read_point.x == -42 && read_point.y == 7);
+    read_size = size;
+    EXPECT_INT(1, tav_settings_read_size(settings, L"i", &read_size));
+    EXPECT_TRUE(read_size.cx == -42 && read_size.cy == 480);
 
     memset(&font, 0, sizeof font);
     font.height = -13;

@@ -16,6 +16,7 @@
 #include "platform/CWnd.h"
 #include "process/ProcessFinder.h"
 
+#include <cstring>
 #include <vector>
 
 using namespace tav::capi;
@@ -109,12 +110,14 @@ int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity
         std::vector<uint16_t> copy(static_cast<size_t>(queue.Count()));
         for (int i = 0; i < queue.Count(); ++i)
             copy[static_cast<size_t>(i)] = queue.At(i);
-        const size_t bytes = copy.size() * sizeof(uint16_t);
-        size_t neededBytes = 0;
-        const int32_t copied = CopyBytes(copy.data(), bytes, entries, capacity * sizeof(uint16_t), &neededBytes);
+        // Counted in entries, never in bytes: a capacity near SIZE_MAX would overflow as a byte count.
         if (needed != nullptr)
-            *needed = neededBytes / sizeof(uint16_t);
-        return WithText(static_cast<int32_t>(result), copied);
+            *needed = copy.size();
+        if (copy.size() > capacity)
+            return TAV_E_BUFFER_TOO_SMALL;
+        if (!copy.empty())
+            std::memcpy(entries, copy.data(), copy.size() * sizeof(uint16_t));
+        return static_cast<int32_t>(result);
     });
 }
 

@@ -39,6 +39,8 @@ int32_t OnHandle(Handle handle, std::initializer_list<const void*> required, Bod
     });
 }
 
+// The geometry reads start from the caller's record, as the C++ reads do: a stored value shorter than the
+// record replaces only its first bytes and leaves the rest as the caller had it.
 template <typename Record, typename Object> void CopyRecord(const Object& from, Record* to) {
     std::memcpy(to, &from, sizeof(Record));
 }
@@ -287,30 +289,27 @@ int32_t tav_settings_read_binary(tav_settings settings, const wchar_t* name, voi
 
 int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_rect* rect) {
     return OnHandle(settings, {name, rect}, [&]() -> int32_t {
-        CRect read;
+        CRect read(rect->left, rect->top, rect->right, rect->bottom);
         const int ok = settings->settings.ReadRect(name, &read);
-        if (ok)
-            CopyRecord(read, rect);
+        CopyRecord(read, rect);
         return ok;
     });
 }
 
 int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_point* point) {
     return OnHandle(settings, {name, point}, [&]() -> int32_t {
-        CPoint read;
+        CPoint read(point->x, point->y);
         const int ok = settings->settings.ReadPoint(name, &read);
-        if (ok)
-            CopyRecord(read, point);
+        CopyRecord(read, point);
         return ok;
     });
 }
 
 int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_size* size) {
     return OnHandle(settings, {name, size}, [&]() -> int32_t {
-        CSize read;
+        CSize read(size->cx, size->cy);
         const int ok = settings->settings.ReadSize(name, &read);
-        if (ok)
-            CopyRecord(read, size);
+        CopyRecord(read, size);
         return ok;
     });
 }
