@@ -7,6 +7,7 @@
 // shows anything), paths, command lines, version numbers, the support query, registry values written raw into
 // a scratch key, whole files and the version resources of damaged copies of a real library.
 #include "Fuzz.h"
+#include "Inputs.h"
 #include "TestSupport.h"
 
 #include <TavUtil.h>
@@ -331,34 +332,6 @@ TEST(Fuzz, CapiKeys) {
 
 // ---- paths ------------------------------------------------------------------------------------------------
 
-Text PathText(Rng& rng) {
-    const std::vector<Text> pieces = {L"C:",
-                                      L"D:",
-                                      L"\\",
-                                      L"/",
-                                      L"\\\\",
-                                      L"dir",
-                                      L"sub",
-                                      L".",
-                                      L"..",
-                                      L".txt",
-                                      L"file",
-                                      L"a.b.c",
-                                      L" ",
-                                      L":",
-                                      L"x",
-                                      L"\x00E9",
-                                      L"*",
-                                      L"?",
-                                      Text(250, L'n'),
-                                      Text(256, L'e'),
-                                      Text(120, L'd') + L"\\"};
-    Text path;
-    for (uint32_t n = rng.Below(9); n > 0; --n)
-        path += rng.Pick(pieces);
-    return path;
-}
-
 CStdStr<wchar_t> Of(const CFileName& name) { return CStdStr<wchar_t>(name.c_str()); }
 
 // A CFileName static stripper through the C interface: its 1 or 0 (or TAV_E_OUT_OF_RANGE) and the text.
@@ -534,18 +507,6 @@ TEST(Fuzz, CapiCommandLines) {
 
 // ---- version numbers --------------------------------------------------------------------------------------
 
-Text VersionText(Rng& rng) {
-    const std::vector<Text> numbers = {L"0",         L"1",          L"65535", L"65536", L"70000",     L"-1",
-                                       L"+5",        L" 7",         L"\t8",   L"x",     L"",          L"007",
-                                       L"999999999", L"2147483647", L"1x2",   L"-",     L"4294967296"};
-    Text text;
-    for (uint32_t n = rng.Below(7); n > 0; --n) {
-        text += rng.Pick(numbers);
-        text += Text(rng.OneIn(6) ? rng.Below(3) : 1, L'.');
-    }
-    return text;
-}
-
 tav_version RandomVersion(Rng& rng) {
     auto part = [&rng]() -> uint16_t {
         return rng.OneIn(3) ? static_cast<uint16_t>(rng.Below(0x10000))
@@ -613,29 +574,9 @@ int32_t DeviceKind(void* context) { return static_cast<Device*>(context)->kind; 
 uint32_t DeviceNumber(void* context) { return static_cast<Device*>(context)->number; }
 
 TEST(Fuzz, CapiSupport) {
-    const std::vector<Text> hosts = {CSWandDeviceInfo::s_striPlumeURL1, CSWandDeviceInfo::s_striPlumeURL2,
-                                     CSWandDeviceInfo::s_striPlumeURL3, CSWandDeviceInfo::s_strVelmURL};
-    std::vector<Text> seeds;
-    for (const Text& host : hosts)
-        seeds.push_back(L"http://" + host + L"/support?L=fr&B=7");
-    seeds.push_back(L"http://example.com/?URL=x");
-    seeds.push_back(L"HTTP://" + Text(hosts[0]) + L"/a?URL=x&B=");
+    const SupportAddresses addresses = MakeSupportAddresses();
     RunDriver(
-        {"capi-support", seeds,
-         [hosts](Rng& rng) {
-             const std::vector<Text> pieces = {L"http://", L"https://", L"/",    L"?",      L"&",
-                                               L"L=",      L"B=",       L"URL=", L"fr",     L"7",
-                                               L"=",       L"&&",       L"www.", L"\x00C4", L"\xD800"};
-             Text address;
-             for (uint32_t n = rng.Below(8); n > 0; --n) {
-                 Text piece = rng.OneIn(4) ? rng.Pick(hosts) : rng.Pick(pieces);
-                 if (rng.OneIn(5))
-                     for (wchar_t& ch : piece)
-                         ch = static_cast<wchar_t>(towupper(ch));
-                 address += piece;
-             }
-             return address;
-         },
+        {"capi-support", addresses.seeds, [addresses](Rng& rng) { return addresses.Generate(rng); },
          [](const Input& input) {
              Rng rng(input.choices);
              const wchar_t* address = input.text.c_str();
@@ -681,15 +622,9 @@ struct SettingsHandle {
 bool SameBytes(const void* a, const void* b, size_t size) { return std::memcmp(a, b, size) == 0; }
 
 TEST(Fuzz, CapiRegistry) {
-    const std::wstring keyPath = L"Software\\TavUtilFuzz\\Capi" + std::to_wstring(GetCurrentProcessId());
-    HKEY raw = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                                             &raw, nullptr));
-    auto key = std::shared_ptr<HKEY__>(raw, [keyPath](HKEY k) {
-        RegCloseKey(k);
-        RegDeleteTreeW(HKEY_CURRENT_USER, keyPath.c_str());
-        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\TavUtilFuzz");
-    });
+    std::wstring keyPath;
+    const std::shared_ptr<HKEY__> key = ScratchKey(L"Capi", &keyPath);
+    ASSERT_TRUE(key != nullptr);
     HKEY sub = nullptr;  // one subkey, so that an index can name something
     ASSERT_EQ(ERROR_SUCCESS,
               RegCreateKeyExW(key.get(), L"sub\x00E9", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &sub, nullptr));
@@ -700,17 +635,10 @@ TEST(Fuzz, CapiRegistry) {
          nullptr,
          [key, keyPath](const Input& input) {
              Rng rng(input.choices);
-             const DWORD types[] = {REG_NONE, REG_SZ,       REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN,
-                                    REG_LINK, REG_MULTI_SZ, REG_QWORD,     0x12345678, REG_SZ,    REG_SZ,
-                                    REG_DWORD};
-             const DWORD type = types[rng.Below(sizeof types / sizeof *types)];
-             size_t length = rng.OneIn(3) ? std::vector<size_t>{0, 1, 2, 3, 4, 7, 8, 16, 20, 92, 4096}[rng.Below(11)]
-                                          : rng.Below(80);
-             if (rng.OneIn(500))
-                 length = 70000 + rng.Below(3);
-             std::vector<BYTE> data(length);
-             for (BYTE& byte : data)
-                 byte = static_cast<BYTE>(rng.OneIn(5) ? 0 : rng.OneIn(2) ? 'a' + rng.Below(26) : rng.Below(256));
+             const RawValue value = RandomRawValue(rng);
+             const DWORD type = value.type;
+             const size_t length = value.data.size();
+             const std::vector<BYTE>& data = value.data;
              const Text& name = input.text;
              const wchar_t* n = name.c_str();
              const LONG written = RegSetValueExW(key.get(), n, 0, type, data.data(), static_cast<DWORD>(length));
@@ -911,19 +839,6 @@ struct VerInfoHandle {
     ~VerInfoHandle() { tav_verinfo_destroy(info); }
 };
 
-std::string ReadBytes(const std::wstring& path) {
-    std::string bytes;
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return bytes;
-    DWORD size = GetFileSize(file, nullptr), read = 0;
-    bytes.resize(size);
-    ReadFile(file, bytes.data(), size, &read, nullptr);
-    CloseHandle(file);
-    bytes.resize(read);
-    return bytes;
-}
-
 void CheckVersionRecord(const char* what, int32_t got, const tav_version& version, int expected, CVerNum& number) {
     Expect(got == (expected ? 1 : 0) && version.major == number.GetMajor() && version.minor == number.GetMinor() &&
                version.fix == number.GetFix() && version.build == number.GetBuild() &&
@@ -933,36 +848,14 @@ void CheckVersionRecord(const char* what, int32_t got, const tav_version& versio
 
 TEST(Fuzz, CapiVerInfo) {
     // The file tests' fixture library, its version resource damaged in copies (as the VerInfo driver does).
-    std::string original = ReadBytes(tavtest::BinDir() + L"\\verfix_translation.dll");
-    ASSERT_FALSE(original.empty()) << "verfix_translation.dll is built with the file tests";
-    const char signature[] = "V\0S\0_\0V\0E\0R\0S\0I\0O\0N\0_\0I\0N\0F\0O\0";
-    size_t at = original.find(std::string(signature, sizeof signature - 1));
-    ASSERT_NE(at, std::string::npos);
-    const size_t block = at - 6;
-    const size_t blockLength =
-        static_cast<unsigned char>(original[block]) | (static_cast<unsigned char>(original[block + 1]) << 8);
+    const auto damage = std::make_shared<DamagedVersionResource>();
+    ASSERT_TRUE(damage->found()) << "verfix_translation.dll (built with the file tests) and its version resource";
     auto dir = std::make_shared<tavtest::TempDir>(L"fuzzcapiver");
     auto turn = std::make_shared<uint64_t>(0);
     RunDriver(
         {"capi-verinfo", {L""}, nullptr, [=](const Input& input) {
              Rng rng(input.choices);
-             std::string bytes = original;
-             auto put16 = [&](size_t offset, unsigned value) {
-                 bytes[offset] = static_cast<char>(value & 0xFF);
-                 bytes[offset + 1] = static_cast<char>(value >> 8);
-             };
-             for (uint32_t n = rng.Below(6); n > 0; --n) {
-                 size_t offset = block + (rng.Below(static_cast<uint32_t>(blockLength)) & ~size_t{1});
-                 switch (rng.Below(4)) {
-                 case 0: bytes[offset] ^= static_cast<char>(1u << rng.Below(8)); break;
-                 case 1: put16(offset, rng.Below(0x10000)); break;
-                 case 2:
-                     put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000,
-                                                         static_cast<unsigned>(blockLength) + 2}[rng.Below(7)]);
-                     break;
-                 default: put16(block, rng.Below(static_cast<uint32_t>(blockLength) + 1)); break;
-                 }
-             }
+             const std::string bytes = damage->Copy(rng);
              const std::wstring path = (*dir) / (L"copy" + std::to_wstring(++*turn % 4) + L".dll");
              tavtest::WriteFileBytes(path, bytes);
 

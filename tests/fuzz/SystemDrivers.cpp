@@ -3,6 +3,7 @@
 // real files, version resources of damaged copies of a real one, the text-file reader on odd files, and
 // registry reads of values of random type and length written raw into a scratch key.
 #include "Fuzz.h"
+#include "Inputs.h"
 #include "Models.h"
 #include "TestSupport.h"
 
@@ -363,7 +364,7 @@ TEST(Fuzz, ExtractProgram) {
                           "args \"" + Narrow(args) + "\", the model says \"" + Narrow(expected.args) + "\"");
                    return std::string(args.empty() ? "whole" : "split");
                },
-               true, 4096});
+               true, 1024});  // each blank of a line is a candidate split, and each costs two path searches
 }
 
 TEST(Fuzz, IsValidFile) {
@@ -400,50 +401,15 @@ TEST(Fuzz, IsValidFile) {
 
 // ---- version resources ---------------------------------------------------------------------------------
 
-std::string ReadAll(const std::wstring& path) {
-    std::string bytes;
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return bytes;
-    DWORD size = GetFileSize(file, nullptr), read = 0;
-    bytes.resize(size);
-    ReadFile(file, bytes.data(), size, &read, nullptr);
-    CloseHandle(file);
-    bytes.resize(read);
-    return bytes;
-}
-
 TEST(Fuzz, VerInfo) {
     // A small library with a real version resource (the file tests' fixture), damaged in copies.
-    std::string original = ReadAll(tavtest::BinDir() + L"\\verfix_translation.dll");
-    ASSERT_FALSE(original.empty()) << "verfix_translation.dll is built with the file tests";
-    const char signature[] = "V\0S\0_\0V\0E\0R\0S\0I\0O\0N\0_\0I\0N\0F\0O\0";
-    size_t at = original.find(std::string(signature, sizeof signature - 1));
-    ASSERT_NE(at, std::string::npos);
-    const size_t block = at - 6;
-    const size_t blockLength =
-        static_cast<unsigned char>(original[block]) | (static_cast<unsigned char>(original[block + 1]) << 8);
+    const auto damage = std::make_shared<DamagedVersionResource>();
+    ASSERT_TRUE(damage->found()) << "verfix_translation.dll (built with the file tests) and its version resource";
     auto dir = std::make_shared<tavtest::TempDir>(L"fuzzver");
     auto turn = std::make_shared<uint64_t>(0);
     RunDriver({"verinfo", {L""}, nullptr, [=](const Input& input) {
                    Rng rng(input.choices);
-                   std::string bytes = original;
-                   auto put16 = [&](size_t offset, unsigned value) {
-                       bytes[offset] = static_cast<char>(value & 0xFF);
-                       bytes[offset + 1] = static_cast<char>(value >> 8);
-                   };
-                   for (uint32_t n = rng.Below(6); n > 0; --n) {
-                       size_t offset = block + (rng.Below(static_cast<uint32_t>(blockLength)) & ~size_t{1});
-                       switch (rng.Below(4)) {
-                       case 0: bytes[offset] ^= static_cast<char>(1u << rng.Below(8)); break;  // a flipped bit
-                       case 1: put16(offset, rng.Below(0x10000)); break;                       // any 16-bit value
-                       case 2:                                                                 // a length that lies
-                           put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000,
-                                                               static_cast<unsigned>(blockLength) + 2}[rng.Below(7)]);
-                           break;
-                       default: put16(block, rng.Below(static_cast<uint32_t>(blockLength) + 1)); break;  // truncated
-                       }
-                   }
+                   const std::string bytes = damage->Copy(rng);
                    std::wstring path = (*dir) / (L"copy" + std::to_wstring(++*turn % 4) + L".dll");
                    tavtest::WriteFileBytes(path, bytes);
                    CVerInfo info;
@@ -517,83 +483,70 @@ TEST(Fuzz, TextFile) {
 // ---- registry values ------------------------------------------------------------------------------------
 
 TEST(Fuzz, Registry) {
-    const std::wstring keyPath = L"Software\\TavUtilFuzz\\" + std::to_wstring(GetCurrentProcessId());
-    HKEY raw = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                                             &raw, nullptr));
-    auto key = std::shared_ptr<HKEY__>(raw, [keyPath](HKEY k) {
-        RegCloseKey(k);
-        RegDeleteTreeW(HKEY_CURRENT_USER, keyPath.c_str());
-        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\TavUtilFuzz");
-    });
-    RunDriver(
-        {"registry",
-         {L"", L"value", L"Name With Blanks", L"\x00E9", L"a\\b"},
-         nullptr,
-         [key, keyPath](const Input& input) {
-             Rng rng(input.choices);
-             const DWORD types[] = {REG_NONE, REG_SZ,       REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN,
-                                    REG_LINK, REG_MULTI_SZ, REG_QWORD,     0x12345678, REG_SZ,    REG_SZ,
-                                    REG_DWORD};
-             DWORD type = types[rng.Below(sizeof types / sizeof *types)];
-             size_t length =
-                 rng.OneIn(3) ? std::vector<size_t>{0, 1, 2, 3, 4, 7, 8, 16, 20, 4096}[rng.Below(10)] : rng.Below(80);
-             if (rng.OneIn(500))
-                 length = 70000 + rng.Below(3);
-             std::vector<BYTE> data(length);
-             for (BYTE& byte : data)
-                 byte = static_cast<BYTE>(rng.OneIn(5) ? 0 : rng.OneIn(2) ? 'a' + rng.Below(26) : rng.Below(256));
-             const Text& name = input.text;
-             LONG written = RegSetValueExW(key.get(), name.c_str(), 0, type, data.data(), static_cast<DWORD>(length));
+    std::wstring keyPath;
+    const std::shared_ptr<HKEY__> key = ScratchKey(L"", &keyPath);
+    ASSERT_TRUE(key != nullptr);
+    RunDriver({"registry",
+               {L"", L"value", L"Name With Blanks", L"\x00E9", L"a\\b"},
+               nullptr,
+               [key, keyPath](const Input& input) {
+                   Rng rng(input.choices);
+                   const RawValue value = RandomRawValue(rng);
+                   DWORD type = value.type;
+                   const size_t length = value.data.size();
+                   const std::vector<BYTE>& data = value.data;
+                   const Text& name = input.text;
+                   LONG written =
+                       RegSetValueExW(key.get(), name.c_str(), 0, type, data.data(), static_cast<DWORD>(length));
 
-             CRegistry registry(HKEY_CURRENT_USER, keyPath.c_str(), true);
-             CStdStr<wchar_t> text = L"stale";
-             long status = registry.ReadStringValue(name.c_str(), text);
-             if (written == ERROR_SUCCESS) {
-                 bool isString = type == REG_SZ || type == REG_EXPAND_SZ;
-                 Text expected;
-                 if (isString && length > 0) {
-                     const wchar_t* units = reinterpret_cast<const wchar_t*>(data.data());
-                     size_t count = length / sizeof(wchar_t);
-                     expected.assign(units, count);
-                     expected = expected.substr(0, expected.find(L'\0'));
-                 }
-                 Expect(status == (isString ? 0 : 1), "ReadStringValue says " + Num(status));
-                 Expect(Same(text, expected),
-                        "ReadStringValue read \"" + Narrow(text) + "\", the data says \"" + Narrow(expected) + "\"");
-             }
+                   CRegistry registry(HKEY_CURRENT_USER, keyPath.c_str(), true);
+                   CStdStr<wchar_t> text = L"stale";
+                   long status = registry.ReadStringValue(name.c_str(), text);
+                   if (written == ERROR_SUCCESS) {
+                       bool isString = type == REG_SZ || type == REG_EXPAND_SZ;
+                       Text expected;
+                       if (isString && length > 0) {
+                           const wchar_t* units = reinterpret_cast<const wchar_t*>(data.data());
+                           size_t count = length / sizeof(wchar_t);
+                           expected.assign(units, count);
+                           expected = expected.substr(0, expected.find(L'\0'));
+                       }
+                       Expect(status == (isString ? 0 : 1), "ReadStringValue says " + Num(status));
+                       Expect(Same(text, expected), "ReadStringValue read \"" + Narrow(text) + "\", the data says \"" +
+                                                        Narrow(expected) + "\"");
+                   }
 
-             CRegistryClass settings;
-             settings.SetRootKey(HKEY_CURRENT_USER);
-             settings.SetKey(CString(keyPath.c_str()), 0);
-             CString valueName(name.c_str());
-             settings.ReadString(valueName, CString(L"default"));
-             settings.ReadDword(valueName, 7);
-             settings.ReadInt(valueName, 7);
-             settings.ReadBool(valueName, 1);
-             settings.ReadColor(valueName, 0x123456);
-             settings.ReadFloat(valueName, 1.5);
-             settings.ReadDateTime(valueName, COleDateTime());
-             unsigned char buffer[64];
-             int binary = settings.ReadBinary(valueName, buffer, static_cast<unsigned long>(rng.Below(65)));
-             CRect rect;
-             CPoint point;
-             CSize size;
-             int shapes = settings.ReadRect(valueName, &rect) + settings.ReadPoint(valueName, &point) +
-                          settings.ReadSize(valueName, &size);
-             CFont font;
-             int fonts = settings.ReadFont(valueName, &font);
-             int dataSize = settings.GetDataSize(valueName);
-             // The platform counts a terminator it adds to a string stored without one: strings are left out.
-             bool stringType = type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
-             Expect(written != ERROR_SUCCESS || stringType || dataSize == static_cast<int>(length),
-                    "GetDataSize " + Num(dataSize) + " for " + Num(length) + " bytes");
-             RegDeleteValueW(key.get(), name.c_str());
-             return "w" + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" + Num(status) + " b" +
-                    Num(binary) + " r" + Num(shapes) + " f" + Num(fonts);
-         },
-         true,
-         20000});
+                   CRegistryClass settings;
+                   settings.SetRootKey(HKEY_CURRENT_USER);
+                   settings.SetKey(CString(keyPath.c_str()), 0);
+                   CString valueName(name.c_str());
+                   settings.ReadString(valueName, CString(L"default"));
+                   settings.ReadDword(valueName, 7);
+                   settings.ReadInt(valueName, 7);
+                   settings.ReadBool(valueName, 1);
+                   settings.ReadColor(valueName, 0x123456);
+                   settings.ReadFloat(valueName, 1.5);
+                   settings.ReadDateTime(valueName, COleDateTime());
+                   unsigned char buffer[64];
+                   int binary = settings.ReadBinary(valueName, buffer, static_cast<unsigned long>(rng.Below(65)));
+                   CRect rect;
+                   CPoint point;
+                   CSize size;
+                   int shapes = settings.ReadRect(valueName, &rect) + settings.ReadPoint(valueName, &point) +
+                                settings.ReadSize(valueName, &size);
+                   CFont font;
+                   int fonts = settings.ReadFont(valueName, &font);
+                   int dataSize = settings.GetDataSize(valueName);
+                   // The platform counts a terminator it adds to a string stored without one: strings are left out.
+                   bool stringType = type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
+                   Expect(written != ERROR_SUCCESS || stringType || dataSize == static_cast<int>(length),
+                          "GetDataSize " + Num(dataSize) + " for " + Num(length) + " bytes");
+                   RegDeleteValueW(key.get(), name.c_str());
+                   return "w" + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" + Num(status) + " b" +
+                          Num(binary) + " r" + Num(shapes) + " f" + Num(fonts);
+               },
+               true,
+               20000});
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // StringCut, the string-resource constructor, version numbers, stripTrailingArgument, CFileName's pure
 // string work and the support query.
 #include "Fuzz.h"
+#include "Inputs.h"
 #include "Models.h"
 
 #include <TavUtil.h>
@@ -207,18 +208,6 @@ TEST(Fuzz, ResourceString) {
 
 // ---- version numbers --------------------------------------------------------------------------------
 
-Text VersionText(Rng& rng) {
-    const std::vector<Text> numbers = {L"0",         L"1",          L"65535", L"65536", L"70000",     L"-1",
-                                       L"+5",        L" 7",         L"\t8",   L"x",     L"",          L"007",
-                                       L"999999999", L"2147483647", L"1x2",   L"-",     L"4294967296"};
-    Text text;
-    for (uint32_t n = rng.Below(7); n > 0; --n) {
-        text += rng.Pick(numbers);
-        text += Text(rng.OneIn(6) ? rng.Below(3) : 1, L'.');
-    }
-    return text;
-}
-
 TEST(Fuzz, VerNum) {
     std::vector<Text> seeds = {L"5.10.1234", L"", L"x", L"1..2", L"70000.1", L"1.2.3.4.5", L".1.", L"2.0.0.0"};
     RunDriver(
@@ -295,34 +284,6 @@ TEST(Fuzz, StripTrailingArgument) {
 }
 
 // ---- CFileName: string work ---------------------------------------------------------------------------
-
-Text PathText(Rng& rng) {
-    const std::vector<Text> pieces = {L"C:",
-                                      L"D:",
-                                      L"\\",
-                                      L"/",
-                                      L"\\\\",
-                                      L"dir",
-                                      L"sub",
-                                      L".",
-                                      L"..",
-                                      L".txt",
-                                      L"file",
-                                      L"a.b.c",
-                                      L" ",
-                                      L":",
-                                      L"x",
-                                      L"\x00E9",
-                                      L"*",
-                                      L"?",
-                                      Text(250, L'n'),
-                                      Text(256, L'e'),
-                                      Text(120, L'd') + L"\\"};
-    Text path;
-    for (uint32_t n = rng.Below(9); n > 0; --n)
-        path += rng.Pick(pieces);
-    return path;
-}
 
 const std::vector<Text> kPathSeeds = {L"C:\\dir\\sub\\file.txt",
                                       L"D:\\dir\\sub",
@@ -474,29 +435,10 @@ Text Lower(Text text) {
 }
 
 TEST(Fuzz, SupportQuery) {
-    const std::vector<Text> hosts = {CSWandDeviceInfo::s_striPlumeURL1, CSWandDeviceInfo::s_striPlumeURL2,
-                                     CSWandDeviceInfo::s_striPlumeURL3, CSWandDeviceInfo::s_strVelmURL};
-    std::vector<Text> seeds;
-    for (const Text& host : hosts)
-        seeds.push_back(L"http://" + host + L"/support?L=fr&B=7");
-    seeds.push_back(L"http://example.com/?URL=x");
-    seeds.push_back(L"HTTP://" + Text(hosts[0]) + L"/a?URL=x&B=");
+    const SupportAddresses addresses = MakeSupportAddresses();
+    const std::vector<Text>& hosts = addresses.hosts;
     const Facts facts = SupportFacts();
-    RunDriver({"support", seeds,
-               [hosts](Rng& rng) {
-                   const std::vector<Text> pieces = {L"http://", L"https://", L"/",    L"?",      L"&",
-                                                     L"L=",      L"B=",       L"URL=", L"fr",     L"7",
-                                                     L"=",       L"&&",       L"www.", L"\x00C4", L"\xD800"};
-                   Text address;
-                   for (uint32_t n = rng.Below(8); n > 0; --n) {
-                       Text piece = rng.OneIn(4) ? rng.Pick(hosts) : rng.Pick(pieces);
-                       if (rng.OneIn(5))
-                           for (wchar_t& ch : piece)
-                               ch = static_cast<wchar_t>(towupper(ch));
-                       address += piece;
-                   }
-                   return address;
-               },
+    RunDriver({"support", addresses.seeds, [addresses](Rng& rng) { return addresses.Generate(rng); },
                [hosts, facts](const Input& input) {
                    CSWandDeviceInfo info;
                    CStdStr<wchar_t> query = info.search(CStdStr<wchar_t>(input.text));

@@ -1,0 +1,159 @@
+#include "Inputs.h"
+
+#include "TestSupport.h"
+
+#include <TavUtil.h>
+
+#include <cwctype>
+
+#include <windows.h>
+
+#include <vector>
+
+namespace fuzz {
+
+namespace {
+
+std::string ReadAll(const std::wstring& path) {
+    std::string bytes;
+    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return bytes;
+    DWORD size = GetFileSize(file, nullptr), read = 0;
+    bytes.resize(size);
+    ReadFile(file, bytes.data(), size, &read, nullptr);
+    CloseHandle(file);
+    bytes.resize(read);
+    return bytes;
+}
+
+}  // namespace
+
+Text PathText(Rng& rng) {
+    const std::vector<Text> pieces = {L"C:",
+                                      L"D:",
+                                      L"\\",
+                                      L"/",
+                                      L"\\\\",
+                                      L"dir",
+                                      L"sub",
+                                      L".",
+                                      L"..",
+                                      L".txt",
+                                      L"file",
+                                      L"a.b.c",
+                                      L" ",
+                                      L":",
+                                      L"x",
+                                      L"\x00E9",
+                                      L"*",
+                                      L"?",
+                                      Text(250, L'n'),
+                                      Text(256, L'e'),
+                                      Text(120, L'd') + L"\\"};
+    Text path;
+    for (uint32_t n = rng.Below(9); n > 0; --n)
+        path += rng.Pick(pieces);
+    return path;
+}
+
+DamagedVersionResource::DamagedVersionResource() : original_(ReadAll(tavtest::BinDir() + L"\\verfix_translation.dll")) {
+    const char signature[] = "V\0S\0_\0V\0E\0R\0S\0I\0O\0N\0_\0I\0N\0F\0O\0";
+    const size_t at = original_.find(std::string(signature, sizeof signature - 1));
+    if (at == std::string::npos || at < 6)
+        return;
+    block_ = at - 6;  // the block starts with its length, 6 bytes before its key
+    blockLength_ =
+        static_cast<unsigned char>(original_[block_]) | (static_cast<unsigned char>(original_[block_ + 1]) << 8);
+}
+
+std::string DamagedVersionResource::Copy(Rng& rng) const {
+    std::string bytes = original_;
+    auto put16 = [&](size_t offset, unsigned value) {
+        bytes[offset] = static_cast<char>(value & 0xFF);
+        bytes[offset + 1] = static_cast<char>(value >> 8);
+    };
+    for (uint32_t n = rng.Below(6); n > 0; --n) {
+        size_t offset = block_ + (rng.Below(static_cast<uint32_t>(blockLength_)) & ~size_t{1});
+        switch (rng.Below(4)) {
+        case 0: bytes[offset] ^= static_cast<char>(1u << rng.Below(8)); break;  // a flipped bit
+        case 1: put16(offset, rng.Below(0x10000)); break;                       // any 16-bit value
+        case 2:                                                                 // a length that lies
+            put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000,
+                                                static_cast<unsigned>(blockLength_) + 2}[rng.Below(7)]);
+            break;
+        default: put16(block_, rng.Below(static_cast<uint32_t>(blockLength_) + 1)); break;  // truncated
+        }
+    }
+    return bytes;
+}
+
+Text VersionText(Rng& rng) {
+    const std::vector<Text> numbers = {L"0",         L"1",          L"65535", L"65536", L"70000",     L"-1",
+                                       L"+5",        L" 7",         L"\t8",   L"x",     L"",          L"007",
+                                       L"999999999", L"2147483647", L"1x2",   L"-",     L"4294967296"};
+    Text text;
+    for (uint32_t n = rng.Below(7); n > 0; --n) {
+        text += rng.Pick(numbers);
+        text += Text(rng.OneIn(6) ? rng.Below(3) : 1, L'.');
+    }
+    return text;
+}
+
+RawValue RandomRawValue(Rng& rng) {
+    const DWORD types[] = {REG_NONE, REG_SZ,       REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN,
+                           REG_LINK, REG_MULTI_SZ, REG_QWORD,     0x12345678, REG_SZ,    REG_SZ,
+                           REG_DWORD};
+    RawValue value;
+    value.type = types[rng.Below(sizeof types / sizeof *types)];
+    // 92 bytes: a stored font record.
+    size_t length =
+        rng.OneIn(3) ? std::vector<size_t>{0, 1, 2, 3, 4, 7, 8, 16, 20, 92, 4096}[rng.Below(11)] : rng.Below(80);
+    if (rng.OneIn(500))
+        length = 70000 + rng.Below(3);
+    value.data.resize(length);
+    for (BYTE& byte : value.data)
+        byte = static_cast<BYTE>(rng.OneIn(5) ? 0 : rng.OneIn(2) ? 'a' + rng.Below(26) : rng.Below(256));
+    return value;
+}
+
+SupportAddresses MakeSupportAddresses() {
+    SupportAddresses addresses;
+    addresses.hosts = {CSWandDeviceInfo::s_striPlumeURL1, CSWandDeviceInfo::s_striPlumeURL2,
+                       CSWandDeviceInfo::s_striPlumeURL3, CSWandDeviceInfo::s_strVelmURL};
+    for (const Text& host : addresses.hosts)
+        addresses.seeds.push_back(L"http://" + host + L"/support?L=fr&B=7");
+    addresses.seeds.push_back(L"http://example.com/?URL=x");
+    addresses.seeds.push_back(L"HTTP://" + addresses.hosts[0] + L"/a?URL=x&B=");
+    return addresses;
+}
+
+Text SupportAddresses::Generate(Rng& rng) const {
+    const std::vector<Text> pieces = {L"http://", L"https://", L"/", L"?",  L"&",    L"L=",     L"B=",    L"URL=",
+                                      L"fr",      L"7",        L"=", L"&&", L"www.", L"\x00C4", L"\xD800"};
+    Text address;
+    for (uint32_t n = rng.Below(8); n > 0; --n) {
+        Text piece = rng.OneIn(4) ? rng.Pick(hosts) : rng.Pick(pieces);
+        if (rng.OneIn(5))
+            for (wchar_t& ch : piece)
+                ch = static_cast<wchar_t>(towupper(ch));
+        address += piece;
+    }
+    return address;
+}
+
+std::shared_ptr<HKEY__> ScratchKey(const std::wstring& name, std::wstring* path) {
+    const std::wstring keyPath = L"Software\\TavUtilFuzz\\" + name + std::to_wstring(GetCurrentProcessId());
+    HKEY raw = nullptr;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &raw, nullptr) !=
+        ERROR_SUCCESS)
+        return {};
+    *path = keyPath;
+    return std::shared_ptr<HKEY__>(raw, [keyPath](HKEY key) {
+        RegCloseKey(key);
+        RegDeleteTreeW(HKEY_CURRENT_USER, keyPath.c_str());
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\TavUtilFuzz");
+    });
+}
+
+}  // namespace fuzz

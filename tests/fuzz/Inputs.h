@@ -1,0 +1,55 @@
+// Inputs that more than one driver makes: path-like text, and damaged copies of a version resource.
+#pragma once
+
+#include "Fuzz.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace fuzz {
+
+// Path-like text: drive letters, both separators, dots, names at and beyond the platform's limits.
+Text PathText(Rng& rng);
+
+// Copies of a library (the file tests' fixture with a version resource) whose resource is damaged: bits
+// flipped, 16-bit values replaced, lengths made to lie, the block truncated.
+class DamagedVersionResource {
+public:
+    DamagedVersionResource();  // reads verfix_translation.dll beside the test program
+    bool found() const { return blockLength_ != 0; }
+    std::string Copy(Rng& rng) const;
+
+private:
+    std::string original_;
+    size_t block_ = 0;
+    size_t blockLength_ = 0;
+};
+
+// Version-number text: numbers at and beyond 16 bits, signs, blanks, runs of dots.
+Text VersionText(Rng& rng);
+
+// A registry value as the platform stores it: any type (a made-up one too) and bytes of any length,
+// for writing raw into a scratch key.
+struct RawValue {
+    DWORD type;
+    std::vector<BYTE> data;
+};
+RawValue RandomRawValue(Rng& rng);
+
+// Support-page addresses: the hosts the query knows, seeds made of them, and address-like text.
+struct SupportAddresses {
+    std::vector<Text> hosts;
+    std::vector<Text> seeds;
+    Text Generate(Rng& rng) const;
+};
+SupportAddresses MakeSupportAddresses();
+
+// A registry key of the driver's own, HKEY_CURRENT_USER\Software\TavUtilFuzz\<name><process id>, deleted
+// with everything below it (and the TavUtilFuzz key, once empty) when the last owner lets it go; null if it
+// could not be made.
+std::shared_ptr<HKEY__> ScratchKey(const std::wstring& name, std::wstring* path);
+
+}  // namespace fuzz
