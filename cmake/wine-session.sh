@@ -72,9 +72,19 @@ start_session() {
         "$WINE" rundll32.exe user32.dll,GetDesktopWindow </dev/null >/dev/null 2>&1)
 }
 
+# Windows processes of this prefix that outlived their wineserver (seen after runs on an overloaded machine:
+# system processes of a session that hung) would hold pipes and files of earlier runs: they end with it.
+kill_leftovers() {
+    local pid
+    for pid in $(pgrep -f 'C:\\windows\\' 2>/dev/null); do
+        tr '\0' '\n' <"/proc/$pid/environ" 2>/dev/null | grep -qx "WINEPREFIX=$prefix" && kill -9 "$pid" 2>/dev/null
+    done
+}
+
 stop_session() {
     wineserver -k >/dev/null 2>&1
     wineserver -w >/dev/null 2>&1
+    kill_leftovers
     if [ -f "$state" ]; then
         local pid
         pid=$(sed -n 's/^XVFB_PID=//p' "$state")
@@ -114,8 +124,19 @@ run)
         load_session
         owned=1
     fi
-    "$WINE" "$exe" "$@"
-    rc=$?
+    if [ -t 1 ]; then
+        "$WINE" "$exe" "$@"
+        rc=$?
+    else
+        # Wine starts its system processes (services, rpcss, ...) with the first program that needs them,
+        # and they inherit that program's output: a reader of a pipe (CTest) would wait for them to end. The
+        # program writes to a file instead, copied out when it ends.
+        out=$(mktemp)
+        "$WINE" "$exe" "$@" >"$out" 2>&1
+        rc=$?
+        cat "$out"
+        rm -f "$out"
+    fi
     [ "$rc" = 0 ] || log "$(basename "$exe") ended with status $rc"
     [ "$owned" = 1 ] && stop_session
     exit $rc
