@@ -19,7 +19,8 @@ int wait_until(int (*condition)(void*), void* context, DWORD timeout_ms) {
             TranslateMessage(&msg);
             DispatchMessageW(&msg);
         }
-        Sleep(10);
+        /* Idle until a message arrives or 10 ms pass, then look again. */
+        MsgWaitForMultipleObjects(0, NULL, FALSE, 10, QS_ALLINPUT);
     }
 }
 

@@ -154,33 +154,33 @@ static BOOL CALLBACK find_dialog(HWND window, LPARAM context) {
     return TRUE;
 }
 
+static int dialog_found(void* context) {
+    dialog_action* action = (dialog_action*)context;
+    EnumThreadWindows(action->thread, find_dialog, (LPARAM)action);
+    return action->dialog != NULL;
+}
+
+static HWND file_name_box(HWND dialog) {
+    HWND box = GetDlgItem(dialog, cmb13);
+    return box != NULL ? box : GetDlgItem(dialog, edt1);
+}
+
+static int file_name_box_shown(void* context) {
+    HWND box = file_name_box(((dialog_action*)context)->dialog);
+    return box != NULL && IsWindowVisible(box);
+}
+
 static DWORD WINAPI drive_dialog(void* context) {
     dialog_action* action = (dialog_action*)context;
-    int i;
-    for (i = 0; i < 400 && action->dialog == NULL; ++i) {
-        EnumThreadWindows(action->thread, find_dialog, (LPARAM)action);
-        if (action->dialog == NULL)
-            Sleep(50);
-    }
-    if (action->dialog == NULL)
+    if (!wait_until(dialog_found, action, 20000))
         return 0;
-    if (action->file == NULL) {
+    if (action->file == NULL || !wait_until(file_name_box_shown, action, 10000)) {
         PostMessageW(action->dialog, WM_COMMAND, IDCANCEL, 0);
-        return 1;
+        return action->file == NULL;
     }
-    for (i = 0; i < 200; ++i) {
-        HWND box = GetDlgItem(action->dialog, cmb13);
-        if (box == NULL)
-            box = GetDlgItem(action->dialog, edt1);
-        if (box != NULL && IsWindowVisible(box)) {
-            SendMessageW(box, WM_SETTEXT, 0, (LPARAM)action->file);
-            PostMessageW(action->dialog, WM_COMMAND, IDOK, 0);
-            return 1;
-        }
-        Sleep(50);
-    }
-    PostMessageW(action->dialog, WM_COMMAND, IDCANCEL, 0);
-    return 0;
+    SendMessageW(file_name_box(action->dialog), WM_SETTEXT, 0, (LPARAM)action->file);
+    PostMessageW(action->dialog, WM_COMMAND, IDOK, 0);
+    return 1;
 }
 
 static HANDLE start_driver(dialog_action* action, const wchar_t* file) {

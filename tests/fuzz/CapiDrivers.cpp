@@ -777,11 +777,7 @@ TEST(Fuzz, CapiTextFile) {
                nullptr,
                [dir](const Input& input) {
                    Rng rng(input.choices);
-                   Text name = input.text;
-                   for (wchar_t& ch : name)
-                       if (ch == L'\\' || ch == L'/' || ch == L':' || ch == L'.')
-                           ch = L'_';  // one name inside the folder, never a device or a stream
-                   const std::wstring path = (*dir) / (name.empty() || name.size() > 100 ? L"plain.txt" : name);
+                   const std::wstring path = FileNameInside(dir->path(), input.text);
                    if (!rng.OneIn(8)) {
                        size_t length = std::vector<size_t>{0, 1, 2, 3, 4095, 4096, 65536}[rng.Below(7)];
                        if (rng.OneIn(2))

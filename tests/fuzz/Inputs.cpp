@@ -88,6 +88,14 @@ std::string DamagedVersionResource::Copy(Rng& rng) const {
     return bytes;
 }
 
+std::wstring FileNameInside(const std::wstring& folder, const Text& text) {
+    Text name = text;
+    for (wchar_t& ch : name)
+        if (ch == L'\\' || ch == L'/' || ch == L':' || ch == L'.')
+            ch = L'_';
+    return folder + L"\\" + (name.empty() || name.size() > 100 ? L"plain.txt" : name);
+}
+
 Text VersionText(Rng& rng) {
     const std::vector<Text> numbers = {L"0",         L"1",          L"65535", L"65536", L"70000",     L"-1",
                                        L"+5",        L" 7",         L"\t8",   L"x",     L"",          L"007",

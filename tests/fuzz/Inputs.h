@@ -28,6 +28,10 @@ private:
     size_t blockLength_ = 0;
 };
 
+// A file name inside `folder` made from any text: separators, colons and dots become '_' (one name, never
+// a device or a stream); an empty or long text names "plain.txt".
+std::wstring FileNameInside(const std::wstring& folder, const Text& text);
+
 // Version-number text: numbers at and beyond 16 bits, signs, blanks, runs of dots.
 Text VersionText(Rng& rng);
 

@@ -442,11 +442,7 @@ TEST(Fuzz, TextFile) {
          nullptr,
          [dir](const Input& input) {
              Rng rng(input.choices);
-             Text name = input.text;
-             for (wchar_t& ch : name)
-                 if (ch == L'\\' || ch == L'/' || ch == L':' || ch == L'.')
-                     ch = L'_';  // one name inside the folder, never a device or a stream
-             std::wstring path = (*dir) / (name.empty() || name.size() > 100 ? L"plain.txt" : name);
+             std::wstring path = FileNameInside(dir->path(), input.text);
              bool write = !rng.OneIn(8);
              std::string bytes;
              if (write) {
