@@ -470,7 +470,7 @@ TEST(Fuzz, TextFile) {
                  file.Read(CStdStr<wchar_t>((*dir) / L"folder"));
              CStdStr<wchar_t> line = L"x";
              Expect(!file.GetNextLine(line) && line.empty(), "no line reading");
-             return "w" + Num(write) + " r" + Num(read) + " s" + Num(bytes.size() > 2 ? 3 : bytes.size());
+             return std::string("w") + Num(write) + " r" + Num(read) + " s" + Num(bytes.size() > 2 ? 3 : bytes.size());
          },
          true,
          200});

@@ -145,8 +145,10 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
     ChildResult result;
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
     HANDLE readRaw = nullptr, writeRaw = nullptr;
-    if (!CreatePipe(&readRaw, &writeRaw, &inherit, 0))
+    if (!CreatePipe(&readRaw, &writeRaw, &inherit, 0)) {
+        result.output = "the test could not make a pipe: error " + std::to_string(GetLastError());
         return result;
+    }
     tav::UniqueHandle readEnd(readRaw), writeEnd(writeRaw);
     SetHandleInformation(readEnd.get(), HANDLE_FLAG_INHERIT, 0);
 
@@ -158,8 +160,11 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
     startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
     PROCESS_INFORMATION info{};
     std::wstring mutableLine = commandLine;
-    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info))
+    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info)) {
+        // Said in the output, so that a failing check shows why no program ran (status stays -1).
+        result.output = "the test could not start the program: error " + std::to_string(GetLastError());
         return result;
+    }
     tav::UniqueHandle process(info.hProcess), thread(info.hThread);
     writeEnd.reset();  // the child holds the only write end now: its exit ends our reads
 
