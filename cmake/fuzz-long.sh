@@ -34,13 +34,13 @@ printf '\n%-16s %10s %10s %9s %9s\n' driver inputs outcomes seconds failures
 status=0
 for driver in $drivers; do
     log="$logs/$driver.log"
-    line=$(tr -d '\r' <"$log" | grep -E '^fuzz: [a-z]+ +[0-9]+ inputs' | tail -1)
+    line=$(tr -d '\r' <"$log" | grep -E '^fuzz: [a-z-]+ +[0-9]+ inputs' | tail -1)
     if [ -z "$line" ]; then
         printf '%-16s %s\n' "$driver" "no result (see $log)"
         status=1
         continue
     fi
-    echo "$line" | sed -E 's/^fuzz: ([a-z]+) +([0-9]+) inputs, ([0-9]+) outcomes, ([0-9.]+) s, ([0-9]+) failures/\1 \2 \3 \4 \5/' |
+    echo "$line" | sed -E 's/^fuzz: ([a-z-]+) +([0-9]+) inputs, ([0-9]+) outcomes, ([0-9.]+) s, ([0-9]+) failures/\1 \2 \3 \4 \5/' |
         awk '{ printf "%-16s %10s %10s %9s %9s\n", $1, $2, $3, $4, $5 }'
     grep -q '^\[  PASSED  \]' <(tr -d '\r' <"$log") || status=1
 done
