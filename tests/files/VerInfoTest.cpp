@@ -185,6 +185,103 @@ TEST(VerInfo, StringValueOutsideTheFieldList) {
     EXPECT_TRUE(out.empty());
 }
 
+// ---- damaged copies of the translation fixture -----------------------------------------------------------
+
+// A copy of verfix_translation.dll whose version block can be changed before it is written to a folder of
+// its own. Offsets are counted from the start of the block.
+class DamagedCopy {
+public:
+    DamagedCopy() : bytes_(tavtest::ReadFileBytes(Fixture(L"translation"))) {
+        block_ = Find(L"VS_VERSION_INFO") - 6;  // a node starts with three words before its key
+    }
+    size_t Node(const wchar_t* key) const { return Find(key) - 6 - block_; }
+    void Put16(size_t offset, unsigned value) {
+        bytes_[block_ + offset] = static_cast<char>(value & 0xFF);
+        bytes_[block_ + offset + 1] = static_cast<char>(value >> 8);
+    }
+    unsigned Get16(size_t offset) const {
+        return static_cast<unsigned char>(bytes_[block_ + offset]) |
+               (static_cast<unsigned char>(bytes_[block_ + offset + 1]) << 8);
+    }
+    std::wstring Write() const {
+        const std::wstring path = dir_ / L"damaged.dll";
+        EXPECT_TRUE(tavtest::WriteFileBytes(path, bytes_));
+        return path;
+    }
+
+private:
+    size_t Find(const wchar_t* key) const {
+        const std::string utf16(reinterpret_cast<const char*>(key), wcslen(key) * sizeof(wchar_t));
+        const size_t at = bytes_.find(utf16);
+        EXPECT_NE(at, std::string::npos) << "the fixture's version block has no key " << Str(key).c_str();
+        return at;
+    }
+
+    std::string bytes_;
+    size_t block_ = 0;
+    tavtest::TempDir dir_{L"verdamaged"};
+};
+
+TEST(VerInfo, AStringWhoseLengthRunsPastTheBlockLeavesTheObjectEmpty) {
+    // Queries for later strings would walk from this one into memory past the block.
+    DamagedCopy copy;
+    copy.Put16(copy.Node(L"PrivateBuild"), 0xFFFF);
+    ProbeVerInfo info;
+    EXPECT_EQ(info.Init(copy.Write().c_str()), 0);
+    ExpectEmpty(info);
+    Str out = L"untouched";
+    EXPECT_EQ(info.GetStringValue(L"\\ProductName", out), 0);
+    EXPECT_EQ(out, L"untouched");
+}
+
+TEST(VerInfo, ABlockShorterThanItsChildrenLeavesTheObjectEmpty) {
+    DamagedCopy copy;
+    copy.Put16(0, copy.Node(L"StringFileInfo") + 8);  // the root now ends inside its first child's header
+    CVerInfo info;
+    EXPECT_EQ(info.Init(copy.Write().c_str()), 0);
+    ExpectEmpty(info);
+}
+
+TEST(VerInfo, AKeyWithoutItsEndLeavesTheObjectEmpty) {
+    // The block and the nodes on the way now end two units into the last string's key, which runs on.
+    DamagedCopy copy;
+    const size_t oldEnd = copy.Get16(0);
+    const size_t last = copy.Node(L"ProductBuildNumber");
+    const size_t end = last + 6 + 4;
+    for (size_t node : {size_t{0}, copy.Node(L"StringFileInfo"), copy.Node(L"040704b0"), last})
+        copy.Put16(node, static_cast<unsigned>(end - node));
+    copy.Put16(last + 2, 0);  // no value
+    for (size_t at = end; at < oldEnd; at += 2)
+        copy.Put16(at, L'x');
+    CVerInfo info;
+    EXPECT_EQ(info.Init(copy.Write().c_str()), 0);
+    ExpectEmpty(info);
+}
+
+TEST(VerInfo, ABlockInTheSixteenBitLayoutLeavesTheObjectEmpty) {
+    // A character where the 32-bit layout has its type makes the platform read the block as 16-bit.
+    DamagedCopy copy;
+    copy.Put16(4, 'V');
+    CVerInfo info;
+    EXPECT_EQ(info.Init(copy.Write().c_str()), 0);
+    ExpectEmpty(info);
+}
+
+TEST(VerInfo, ATextTypedAsBytesIsStillReadWhenItStaysInside) {
+    // Only what runs past the block is refused: a string whose type says bytes is read as text, the same.
+    DamagedCopy copy;
+    const size_t node = copy.Node(L"PrivateBuild");
+    ASSERT_EQ(copy.Get16(node + 4), 1u);
+    copy.Put16(node + 4, 0);
+    CVerInfo info;
+    EXPECT_EQ(info.Init(copy.Write().c_str()), 1);
+    Str out;
+    EXPECT_EQ(info.GetField(VF_PrivateBuild, out), 1);
+    EXPECT_EQ(out, L"private fixture");
+    EXPECT_EQ(info.GetField(VF_SpecialBuild, out), 1);
+    EXPECT_EQ(out, L"special fixture");
+}
+
 TEST(VerInfo, CopiesShareTheLoadedBlock) {
     Str company;
     CVerInfo copy;

@@ -12,23 +12,6 @@
 
 namespace fuzz {
 
-namespace {
-
-std::string ReadAll(const std::wstring& path) {
-    std::string bytes;
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return bytes;
-    DWORD size = GetFileSize(file, nullptr), read = 0;
-    bytes.resize(size);
-    ReadFile(file, bytes.data(), size, &read, nullptr);
-    CloseHandle(file);
-    bytes.resize(read);
-    return bytes;
-}
-
-}  // namespace
-
 Text PathText(Rng& rng) {
     const std::vector<Text> pieces = {L"C:",
                                       L"D:",
@@ -57,7 +40,8 @@ Text PathText(Rng& rng) {
     return path;
 }
 
-DamagedVersionResource::DamagedVersionResource() : original_(ReadAll(tavtest::BinDir() + L"\\verfix_translation.dll")) {
+DamagedVersionResource::DamagedVersionResource()
+    : original_(tavtest::ReadFileBytes(tavtest::BinDir() + L"\\verfix_translation.dll")) {
     const char signature[] = "V\0S\0_\0V\0E\0R\0S\0I\0O\0N\0_\0I\0N\0F\0O\0";
     const size_t at = original_.find(std::string(signature, sizeof signature - 1));
     if (at == std::string::npos || at < 6)

@@ -416,8 +416,12 @@ TEST(Fuzz, VerInfo) {
                    int loaded = info.Init(path.c_str());
                    int fields = 0;
                    for (int field = 0; field <= 15; ++field) {
-                       CStdStr<wchar_t> value;
-                       fields += info.GetField(static_cast<VERFIELD>(field), value) != 0;
+                       CStdStr<wchar_t> value, again;
+                       const int found = info.GetField(static_cast<VERFIELD>(field), value);
+                       fields += found != 0;
+                       // A read that strays outside the block shows as two reads that differ.
+                       Expect(info.GetField(static_cast<VERFIELD>(field), again) == found && Same(again, value),
+                              std::string("two reads of a field differ: ").append(Num(field)));
                    }
                    CVerNum number;
                    info.GetFileVersionNum(&number);
@@ -427,7 +431,7 @@ TEST(Fuzz, VerInfo) {
                    CVerInfo copy = info;
                    CStdStr<wchar_t> company;
                    copy.GetField(VF_CompanyName, company);
-                   return "i" + Num(loaded != 0) + " f" + Num(fields);
+                   return std::string("i") + Num(loaded != 0) + " f" + Num(fields);
                }});
 }
 

@@ -121,6 +121,19 @@ bool WriteFileBytes(const std::wstring& path, const std::string& bytes) {
            written == bytes.size();
 }
 
+std::string ReadFileBytes(const std::wstring& path) {
+    tav::UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::string bytes;
+    if (!file)
+        return bytes;
+    DWORD read = 0;
+    bytes.resize(GetFileSize(file.get(), nullptr));
+    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
+        read = 0;
+    bytes.resize(read);
+    return bytes;
+}
+
 std::string SilentWave(unsigned samples) {
     std::string bytes;
     auto put32 = [&](unsigned v) { bytes.append(reinterpret_cast<const char*>(&v), 4); };

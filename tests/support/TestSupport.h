@@ -41,6 +41,8 @@ private:
 bool RemoveTree(const std::wstring& path);
 // Writes bytes to a file, replacing it.
 bool WriteFileBytes(const std::wstring& path, const std::string& bytes);
+// A whole file's bytes; empty when it cannot be read.
+std::string ReadFileBytes(const std::wstring& path);
 // A playable sound file's bytes: `samples` samples of silence, 8 kHz, 8-bit mono (800 samples: 0.1 s).
 std::string SilentWave(unsigned samples);
 

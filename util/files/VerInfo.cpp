@@ -1,5 +1,6 @@
 #include "files/VerInfo.h"
 
+#include <algorithm>
 #include <cwctype>
 #include <new>
 
@@ -55,6 +56,67 @@ CVerNum ToVerNum(DWORD mostSignificant, DWORD leastSignificant) {
                    LOWORD(leastSignificant));
 }
 
+// A version block is a tree of nodes: WORD length, WORD value length, WORD type, a key ending in a NUL,
+// padding to four bytes (counted from the node), the value (characters when the type is not 0, else
+// bytes), padding, then the children up to the node's length. The platform's queries follow those lengths
+// without checking them, so a damaged file could make them read past the block. Before a block is used we
+// walk it as the queries do and check that everything they could touch lies within the root's length.
+// Queries go at most three levels below the root ("\StringFileInfo\<table>\<name>"), so deeper nodes are
+// never reached.
+struct VersionBlock {
+    const BYTE* bytes;
+    size_t end;  // the root's length, within the buffer
+
+    static constexpr size_t kHeader = 3 * sizeof(WORD);
+    static constexpr int kQueriedDepth = 3;
+
+    WORD Word(size_t at) const { return static_cast<WORD>(bytes[at] | (bytes[at + 1] << 8)); }
+    static size_t Align(size_t node, size_t at) { return node + ((at - node + 3) & ~size_t{3}); }
+
+    // The offset just past the NUL of the key that starts at `at`; 0 when the key does not end in the block.
+    size_t KeyEnd(size_t at) const {
+        for (; at + sizeof(WCHAR) <= end; at += sizeof(WCHAR))
+            if (Word(at) == 0)
+                return at + sizeof(WCHAR);
+        return 0;
+    }
+
+    bool NodeIsInside(size_t node, int depth) const {
+        if (node + kHeader > end)
+            return false;
+        const size_t length = Word(node);
+        const size_t keyEnd = KeyEnd(node + kHeader);
+        if (node + length > end || keyEnd == 0)
+            return false;
+        const size_t value = Align(node, keyEnd);
+        const size_t valueBytes = Word(node + 2) * (Word(node + 4) != 0 ? sizeof(WCHAR) : 1);
+        if (value + valueBytes > end)
+            return false;
+        if (depth == kQueriedDepth)
+            return true;
+        for (size_t child = Align(node, value + valueBytes); child < node + length;) {
+            if (!NodeIsInside(child, depth + 1))
+                return false;
+            const size_t childLength = Word(child);
+            if (childLength == 0)
+                break;  // the queries stop at an empty child too
+            child += (childLength + 3) & ~size_t{3};
+        }
+        return true;
+    }
+};
+
+// True when the queries on `block` (as GetFileVersionInfoW filled it, `size` bytes) stay inside it. A block
+// in the 16-bit layout (a character key where the 32-bit one has its type) is refused: the platform turns its
+// texts into UTF-16 in spare room it sized from the file's format, and a 32-bit file damaged into that layout
+// would have them written past the end. Only 16-bit executables carry that layout.
+bool QueriesStayInside(const BYTE* block, size_t size) {
+    if (size < VersionBlock::kHeader || block[4] >= ' ')
+        return false;
+    const size_t rootLength = static_cast<size_t>(block[0] | (block[1] << 8));
+    return rootLength <= size && VersionBlock{block, rootLength}.NodeIsInside(0, 0);
+}
+
 }  // namespace
 
 CVerInfo::CVerInfo() = default;
@@ -72,11 +134,15 @@ int CVerInfo::Init(const wchar_t* file) {
     DWORD size = GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
     if (size == 0)
         return 0;  // no data; the strings keep what they held
-    m_data.reset(new (std::nothrow) BYTE[size]);
-    if (!m_data || !GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get())) {
+    // Zero-filled, so that a read past the resource but inside the buffer finds the same bytes every time.
+    m_data.reset(new (std::nothrow) BYTE[size]());
+    if (!m_data || !GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get()) ||
+        !QueriesStayInside(m_data.get(), size)) {
+        // A damaged block is not read at all, as if the file had none.
         m_data.reset();
         return 0;
     }
+    m_size = size;
     void* translation = nullptr;
     UINT length = 0;
     if (VerQueryValueW(m_data.get(), L"\\VarFileInfo\\Translation", &translation, &length) && length == 4) {
@@ -119,9 +185,12 @@ int CVerInfo::GetStringValue(const wchar_t* subPath, CStdStr<wchar_t>& out) {
     UINT length = 0;
     if (!VerQueryValueW(m_data.get(), query.c_str(), &value, &length) || value == nullptr)
         return 0;
-    // `length` counts characters, the terminator included; it bounds the read.
+    // `length` counts characters, the terminator included; it bounds the read, and so does the block's end:
+    // a value whose type says bytes is read as characters all the same.
+    const size_t offset = static_cast<size_t>(static_cast<const BYTE*>(value) - m_data.get());
+    const size_t available = offset < m_size ? (m_size - offset) / sizeof(wchar_t) : 0;
     const wchar_t* text = static_cast<const wchar_t*>(value);
-    out.assign(text, wcsnlen(text, length));
+    out.assign(text, wcsnlen(text, std::min<size_t>(length, available)));
     TrimTrailingSpace(out);
     return 1;
 }

@@ -39,7 +39,8 @@ public:
 
     // Loads the version resource of `file` and picks its string table (the first translation, or US
     // English with code page 1252 when there is no single translation). Meant to be called once per
-    // object. Non-zero on success.
+    // object. Non-zero on success. A damaged resource (a length that runs past its block, a key without its
+    // end, the 16-bit layout) loads nothing, as a file without one.
     int Init(const wchar_t* file);
 
     // Clears `out`; the fixed version as text for 0 and 1, the string for 2 to 14. 0 when nothing is
@@ -68,6 +69,7 @@ private:
     const VS_FIXEDFILEINFO* FixedInfo() const;
 
     std::shared_ptr<BYTE[]> m_data;  // the block GetFileVersionInfoW filled; null when nothing is loaded
+    size_t m_size = 0;               // its size in bytes
     CStdStr<wchar_t> m_prefix;       // "\StringFileInfo\" + language code + code page
     CStdStr<wchar_t> m_languageCode;
     CStdStr<wchar_t> m_codePage;
