@@ -3,6 +3,8 @@
 # (the drivers share nothing: each has its own temporary folder or registry key), with
 # TAVUTIL_FUZZ_INPUTS inputs each (default 1,000,000). Each driver's output is kept in BUILD/fuzz-long/;
 # the end is one table of every driver: inputs, distinct outcomes, seconds, failures.
+# TAVUTIL_FUZZ_SEED, TAVUTIL_FUZZ_FROM and TAVUTIL_FUZZ_UNTIL pass through: with them a pass cut short
+# continues from the last "reached input" line of its logs.
 # Usage: cmake/fuzz-long.sh BUILD [JOBS] [FILTER]   (FILTER: a gtest filter, default every driver)
 set -u
 build=${1:-build}

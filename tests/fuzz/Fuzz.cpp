@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr double kQuickSecondsPerDriver = 2.0;  // the quick pass: every driver, half a minute in all
 constexpr uint64_t kLongInputsDefault = 1000000;
+constexpr uint64_t kProgressEvery = 50000;  // inputs between two progress lines of a long pass
 // A single call that takes longer than this is a hang: the input is recorded and the process ends.
 constexpr ULONGLONG kCallBoundMs = 60000;
 // Random inputs stay below these sizes (the extremes themselves are larger and run once per pass): a
@@ -287,13 +289,24 @@ void RunDriver(const Driver& driver) {
     const uint64_t seed = Mix(BaseSeed(), Hash(driver.name));
     const bool isLong = LongPass();
     const uint64_t limit = isLong ? EnvNumber("TAVUTIL_FUZZ_INPUTS", kLongInputsDefault) : UINT64_MAX;
+    // A long pass can be cut into ranges of input numbers run by separate processes (or sessions): an
+    // input depends only on the seed and its number, so the ranges together are the whole pass.
+    const uint64_t from = isLong ? EnvNumber("TAVUTIL_FUZZ_FROM", 0) : 0;
+    const uint64_t until = isLong ? std::min(limit, EnvNumber("TAVUTIL_FUZZ_UNTIL", limit)) : UINT64_MAX;
+    if (isLong && (from > 0 || until < limit))
+        std::printf("fuzz: %s runs inputs %llu to %llu of %llu\n", driver.name, static_cast<unsigned long long>(from),
+                    static_cast<unsigned long long>(until - 1), static_cast<unsigned long long>(limit));
     const std::vector<Text> extremes = Extremes();
     std::unordered_set<uint64_t> outcomes;
-    uint64_t inputs = 0, failures = 0;
+    uint64_t inputs = 0, failures = 0, run = 0;  // inputs: the next input's number; run: those run here
     auto started = std::chrono::steady_clock::now();
     auto elapsed = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count(); };
 
     auto runOne = [&](Input input, uint64_t index) {
+        if (index < from || index >= until) {
+            ++inputs;
+            return;
+        }
         if (driver.cString)
             input.text = input.text.substr(0, input.text.find(L'\0'));
         if (input.text.size() > driver.maxLength)
@@ -321,6 +334,13 @@ void RunDriver(const Driver& driver) {
         current.startedAt = 0;
         current.input = nullptr;
         ++inputs;
+        ++run;
+        if (isLong && run % kProgressEvery == 0) {  // what a pass cut short still shows
+            std::printf("fuzz: %s reached input %llu, %llu run, %llu failures, %.0f s\n", driver.name,
+                        static_cast<unsigned long long>(index), static_cast<unsigned long long>(run),
+                        static_cast<unsigned long long>(failures), elapsed());
+            std::fflush(stdout);
+        }
     };
 
     for (const Row& row : kRegressionRows)
@@ -336,7 +356,8 @@ void RunDriver(const Driver& driver) {
             runOne({Text(1, static_cast<wchar_t>(unit)), Mix(seed, inputs)}, inputs);
     }
 
-    while (isLong ? inputs < limit : elapsed() < kQuickSecondsPerDriver) {
+    inputs = std::max(inputs, from);
+    while (isLong ? inputs < until : elapsed() < kQuickSecondsPerDriver) {
         Rng rng(Mix(seed, inputs));
         Input input;
         input.choices = rng.Next();
@@ -350,9 +371,9 @@ void RunDriver(const Driver& driver) {
         runOne(std::move(input), inputs);
     }
 
-    Reports().push_back({driver.name, inputs, outcomes.size(), elapsed(), failures});
+    Reports().push_back({driver.name, run, outcomes.size(), elapsed(), failures});
     std::printf("fuzz: %-16s %llu inputs, %zu outcomes, %.1f s, %llu failures\n", driver.name,
-                static_cast<unsigned long long>(inputs), outcomes.size(), elapsed(),
+                static_cast<unsigned long long>(run), outcomes.size(), elapsed(),
                 static_cast<unsigned long long>(failures));
     std::fflush(stdout);
     EXPECT_EQ(failures, 0u) << driver.name << ": see the FAILURE lines above and fuzz-failures.txt";

@@ -4,7 +4,9 @@
 //
 // Quick pass (the default, under CTest): two seconds per driver. Long pass (`--long`, `make fuzz`): a
 // fixed number of inputs per driver (TAVUTIL_FUZZ_INPUTS, default 1,000,000) and a table at the end.
-// Every run prints its seed; TAVUTIL_FUZZ_SEED repeats it.
+// Every run prints its seed; TAVUTIL_FUZZ_SEED repeats it. TAVUTIL_FUZZ_FROM and TAVUTIL_FUZZ_UNTIL run
+// only the inputs numbered from..until-1 of a long pass, so that one pass can be shared out between
+// processes or continued later; a long pass prints how far it has come every 50,000 inputs.
 #pragma once
 
 #include <cstdint>
