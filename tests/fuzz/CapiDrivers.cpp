@@ -778,6 +778,7 @@ TEST(Fuzz, CapiTextFile) {
                [dir](const Input& input) {
                    Rng rng(input.choices);
                    const std::wstring path = FileNameInside(dir->path(), input.text);
+                   const DeletedAfterwards cleanup{path};
                    if (!rng.OneIn(8)) {
                        size_t length = std::vector<size_t>{0, 1, 2, 3, 4095, 4096, 65536}[rng.Below(7)];
                        if (rng.OneIn(2))

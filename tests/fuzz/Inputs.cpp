@@ -72,6 +72,8 @@ std::string DamagedVersionResource::Copy(Rng& rng) const {
     return bytes;
 }
 
+DeletedAfterwards::~DeletedAfterwards() { DeleteFileW(path.c_str()); }
+
 std::wstring FileNameInside(const std::wstring& folder, const Text& text) {
     Text name = text;
     for (wchar_t& ch : name)

@@ -31,6 +31,14 @@ private:
 // A file name inside `folder` made from any text: separators, colons and dots become '_' (one name, never
 // a device or a stream); an empty or long text names "plain.txt".
 std::wstring FileNameInside(const std::wstring& folder, const Text& text);
+// Deletes the file at `path`, if any, when it goes out of scope. A driver that writes a file per input keeps
+// its folder small with it: every new name is looked up by reading the whole folder (the platform matches
+// names without regard to case), so a folder of a hundred thousand files made each input a hundred times
+// slower.
+struct DeletedAfterwards {
+    std::wstring path;
+    ~DeletedAfterwards();
+};
 
 // Version-number text: numbers at and beyond 16 bits, signs, blanks, runs of dots.
 Text VersionText(Rng& rng);

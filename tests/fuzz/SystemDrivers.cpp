@@ -447,6 +447,7 @@ TEST(Fuzz, TextFile) {
          [dir](const Input& input) {
              Rng rng(input.choices);
              std::wstring path = FileNameInside(dir->path(), input.text);
+             const DeletedAfterwards cleanup{path};
              bool write = !rng.OneIn(8);
              std::string bytes;
              if (write) {
@@ -542,8 +543,8 @@ TEST(Fuzz, Registry) {
                    Expect(written != ERROR_SUCCESS || stringType || dataSize == static_cast<int>(length),
                           "GetDataSize " + Num(dataSize) + " for " + Num(length) + " bytes");
                    RegDeleteValueW(key.get(), name.c_str());
-                   return "w" + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" + Num(status) + " b" +
-                          Num(binary) + " r" + Num(shapes) + " f" + Num(fonts);
+                   return std::string("w") + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" +
+                          Num(status) + " b" + Num(binary) + " r" + Num(shapes) + " f" + Num(fonts);
                },
                true,
                20000});
