@@ -74,11 +74,29 @@ std::string DamagedVersionResource::Copy(Rng& rng) const {
 
 DeletedAfterwards::~DeletedAfterwards() { DeleteFileW(path.c_str()); }
 
+namespace {
+
+// "aux", "Con  ", "lpt1": names that open a device in any folder (blanks at the end do not count).
+bool NamesADevice(const Text& name) {
+    Text base = name.substr(0, name.find_last_not_of(L' ') + 1);
+    for (wchar_t& ch : base)
+        ch = static_cast<wchar_t>(std::towupper(ch));
+    for (const wchar_t* device : {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"})
+        if (base == device)
+            return true;
+    return base.size() == 4 && (base.compare(0, 3, L"COM") == 0 || base.compare(0, 3, L"LPT") == 0) &&
+           base[3] >= L'0' && base[3] <= L'9';
+}
+
+}  // namespace
+
 std::wstring FileNameInside(const std::wstring& folder, const Text& text) {
     Text name = text;
     for (wchar_t& ch : name)
         if (ch == L'\\' || ch == L'/' || ch == L':' || ch == L'.')
             ch = L'_';
+    if (NamesADevice(name))
+        name.insert(0, 1, L'_');
     return folder + L"\\" + (name.empty() || name.size() > 100 ? L"plain.txt" : name);
 }
 

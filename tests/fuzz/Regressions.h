@@ -25,6 +25,9 @@ inline const Row kRegressionRows[] = {
     // two reads of one field gave different texts (found through the C interface).
     {"capi-verinfo", L"", 12254035893645417786ull},
     {"verinfo", L"", 12254035893645417786ull},
+    // A file named after a device ("aux") once reached the device instead of a file (the harness's naming).
+    {"textfile", L"aux", 6993487248827594899ull},
+    {"capi-textfile", L"Con  ", 0},
 };
 
 }  // namespace fuzz
