@@ -44,7 +44,9 @@ for driver in $drivers; do
     fi
     echo "$line" | sed -E 's/^fuzz: ([a-z-]+) +([0-9]+) inputs, ([0-9]+) outcomes, ([0-9.]+) s, ([0-9]+) failures/\1 \2 \3 \4 \5/' |
         awk '{ printf "%-16s %10s %10s %9s %9s\n", $1, $2, $3, $4, $5 }'
-    grep -q '^\[  PASSED  \]' <(tr -d '\r' <"$log") || status=1
+    # A driver passed when its test did and it counted no failure ("[  PASSED  ] 0 tests" is a failure).
+    grep -q '^\[  PASSED  \] 1 test' <(tr -d '\r' <"$log") || status=1
+    [ "$(echo "$line" | sed -E 's/.*, ([0-9]+) failures$/\1/')" = 0 ] || status=1
 done
 [ "$status" -eq 0 ] && echo "fuzz-long: every driver passed" || echo "fuzz-long: FAILED (see $logs)"
 exit "$status"
