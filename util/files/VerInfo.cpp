@@ -113,7 +113,7 @@ struct VersionBlock {
 bool QueriesStayInside(const BYTE* block, size_t size) {
     if (size < VersionBlock::kHeader || block[4] >= ' ')
         return false;
-    const size_t rootLength = static_cast<size_t>(block[0] | (block[1] << 8));
+    const size_t rootLength = VersionBlock{block, size}.Word(0);
     return rootLength <= size && VersionBlock{block, rootLength}.NodeIsInside(0, 0);
 }
 
