@@ -3,6 +3,7 @@
 #include <TavUtil.h>
 
 #include "TestSupport.h"
+#include "VersionBlock.h"
 
 #include <gtest/gtest.h>
 
@@ -189,36 +190,23 @@ TEST(VerInfo, StringValueOutsideTheFieldList) {
 
 // A copy of verfix_translation.dll whose version block can be changed before it is written to a folder of
 // its own. Offsets are counted from the start of the block.
-class DamagedCopy {
+class DamagedCopy : public tavtest::VersionBlockBytes {
 public:
-    DamagedCopy() : bytes_(tavtest::ReadFileBytes(Fixture(L"translation"))) {
-        block_ = Find(L"VS_VERSION_INFO") - 6;  // a node starts with three words before its key
+    DamagedCopy() : VersionBlockBytes(tavtest::ReadFileBytes(Fixture(L"translation"))) {
+        EXPECT_TRUE(found()) << "the fixture has no version block";
     }
-    size_t Node(const wchar_t* key) const { return Find(key) - 6 - block_; }
-    void Put16(size_t offset, unsigned value) {
-        bytes_[block_ + offset] = static_cast<char>(value & 0xFF);
-        bytes_[block_ + offset + 1] = static_cast<char>(value >> 8);
-    }
-    unsigned Get16(size_t offset) const {
-        return static_cast<unsigned char>(bytes_[block_ + offset]) |
-               (static_cast<unsigned char>(bytes_[block_ + offset + 1]) << 8);
+    size_t Node(const wchar_t* key) const {
+        const size_t at = VersionBlockBytes::Node(key);
+        EXPECT_NE(at, npos) << "the fixture's version block has no key " << Str(key).c_str();
+        return at;
     }
     std::wstring Write() const {
         const std::wstring path = dir_ / L"damaged.dll";
-        EXPECT_TRUE(tavtest::WriteFileBytes(path, bytes_));
+        EXPECT_TRUE(tavtest::WriteFileBytes(path, bytes()));
         return path;
     }
 
 private:
-    size_t Find(const wchar_t* key) const {
-        const std::string utf16(reinterpret_cast<const char*>(key), wcslen(key) * sizeof(wchar_t));
-        const size_t at = bytes_.find(utf16);
-        EXPECT_NE(at, std::string::npos) << "the fixture's version block has no key " << Str(key).c_str();
-        return at;
-    }
-
-    std::string bytes_;
-    size_t block_ = 0;
     tavtest::TempDir dir_{L"verdamaged"};
 };
 

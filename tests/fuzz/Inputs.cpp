@@ -1,6 +1,7 @@
 #include "Inputs.h"
 
 #include "TestSupport.h"
+#include "VersionBlock.h"
 
 #include <TavUtil.h>
 
@@ -41,35 +42,23 @@ Text PathText(Rng& rng) {
 }
 
 DamagedVersionResource::DamagedVersionResource()
-    : original_(tavtest::ReadFileBytes(tavtest::BinDir() + L"\\verfix_translation.dll")) {
-    const char signature[] = "V\0S\0_\0V\0E\0R\0S\0I\0O\0N\0_\0I\0N\0F\0O\0";
-    const size_t at = original_.find(std::string(signature, sizeof signature - 1));
-    if (at == std::string::npos || at < 6)
-        return;
-    block_ = at - 6;  // the block starts with its length, 6 bytes before its key
-    blockLength_ =
-        static_cast<unsigned char>(original_[block_]) | (static_cast<unsigned char>(original_[block_ + 1]) << 8);
-}
+    : original_(tavtest::ReadFileBytes(tavtest::BinDir() + L"\\verfix_translation.dll")) {}
 
 std::string DamagedVersionResource::Copy(Rng& rng) const {
-    std::string bytes = original_;
-    auto put16 = [&](size_t offset, unsigned value) {
-        bytes[offset] = static_cast<char>(value & 0xFF);
-        bytes[offset + 1] = static_cast<char>(value >> 8);
-    };
+    tavtest::VersionBlockBytes copy = original_;
+    const uint32_t length = static_cast<uint32_t>(original_.length());
     for (uint32_t n = rng.Below(6); n > 0; --n) {
-        size_t offset = block_ + (rng.Below(static_cast<uint32_t>(blockLength_)) & ~size_t{1});
+        const size_t offset = rng.Below(length) & ~size_t{1};
         switch (rng.Below(4)) {
-        case 0: bytes[offset] ^= static_cast<char>(1u << rng.Below(8)); break;  // a flipped bit
-        case 1: put16(offset, rng.Below(0x10000)); break;                       // any 16-bit value
-        case 2:                                                                 // a length that lies
-            put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000,
-                                                static_cast<unsigned>(blockLength_) + 2}[rng.Below(7)]);
+        case 0: copy.FlipBit(offset, rng.Below(8)); break;      // a flipped bit
+        case 1: copy.Put16(offset, rng.Below(0x10000)); break;  // any 16-bit value
+        case 2:                                                 // a length that lies
+            copy.Put16(offset, std::vector<unsigned>{0, 1, 2, 6, 0xFFFF, 0x8000, length + 2}[rng.Below(7)]);
             break;
-        default: put16(block_, rng.Below(static_cast<uint32_t>(blockLength_) + 1)); break;  // truncated
+        default: copy.Put16(0, rng.Below(length + 1)); break;  // truncated
         }
     }
-    return bytes;
+    return copy.bytes();
 }
 
 DeletedAfterwards::~DeletedAfterwards() { DeleteFileW(path.c_str()); }

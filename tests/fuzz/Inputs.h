@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Fuzz.h"
+#include "VersionBlock.h"
 
 #include <windows.h>
 
@@ -19,13 +20,11 @@ Text PathText(Rng& rng);
 class DamagedVersionResource {
 public:
     DamagedVersionResource();  // reads verfix_translation.dll beside the test program
-    bool found() const { return blockLength_ != 0; }
+    bool found() const { return original_.length() != 0; }
     std::string Copy(Rng& rng) const;
 
 private:
-    std::string original_;
-    size_t block_ = 0;
-    size_t blockLength_ = 0;
+    tavtest::VersionBlockBytes original_;
 };
 
 // A file name inside `folder` made from any text: separators, colons and dots become '_' (one name, never
