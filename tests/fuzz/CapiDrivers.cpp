@@ -5,7 +5,8 @@
 // null buffers and null `needed`. Numbers outside an enumeration, and integer extremes, give the documented
 // codes. The drivers cover strings, the script language (parsed only: nothing here types, posts, launches or
 // shows anything), paths, command lines, version numbers, the support query, registry values written raw into
-// a scratch key, whole files and the version resources of damaged copies of a real library.
+// a scratch key, key paths and the lookups of installed software by name, whole files and the version
+// resources of damaged copies of a real library.
 #include "Fuzz.h"
 #include "Inputs.h"
 #include "TestSupport.h"
@@ -19,7 +20,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <cwchar>
 #include <cwctype>
+#include <list>
 #include <memory>
 
 namespace fuzz {
@@ -760,6 +763,254 @@ TEST(Fuzz, CapiRegistry) {
          },
          true,
          20000});
+}
+
+// ---- key paths and lookups by name ---------------------------------------------------------------------
+
+// What the lookups by name can find: an App Paths entry, and a ProgID whose current version names a class with
+// a local server, all with this process's id in their names. Their values are written raw (any type, any
+// length) before each input that names them. Everything is deleted when the driver ends.
+class LookupRegistrations {
+public:
+    LookupRegistrations()
+        : pid_(std::to_wstring(GetCurrentProcessId())), app_(L"tavfuzz" + pid_), progId_(L"TavFuzz" + pid_ + L".App"),
+          classId_(L"{7A5F0000-0000-4000-8000-" + Padded(pid_) + L"}") {
+        ok_ = Create(HKEY_LOCAL_MACHINE, AppKey(), nullptr) &&
+              Create(HKEY_CLASSES_ROOT, progId_ + L"\\CurVer", (progId_ + L".1").c_str()) &&
+              Create(HKEY_CLASSES_ROOT, progId_ + L".1\\CLSID", classId_.c_str()) &&
+              Create(HKEY_CLASSES_ROOT, ServerKey(), nullptr);
+    }
+    ~LookupRegistrations() {
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, AppKey().c_str());
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, progId_.c_str());
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, (progId_ + L".1").c_str());
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + classId_).c_str());
+    }
+    LookupRegistrations(const LookupRegistrations&) = delete;
+    LookupRegistrations& operator=(const LookupRegistrations&) = delete;
+
+    bool ok() const { return ok_; }
+    const Text& app() const { return app_; }
+    const Text& progId() const { return progId_; }
+    // Whether `name` is the application's or the ProgID's (the registry compares names without case).
+    bool Names(const Text& name) const {
+        return CompareStringOrdinal(name.c_str(), -1, app_.c_str(), -1, TRUE) == CSTR_EQUAL ||
+               CompareStringOrdinal(name.c_str(), -1, progId_.c_str(), -1, TRUE) == CSTR_EQUAL;
+    }
+    // The default values that the lookups read: the application's path and the class's server command.
+    void Store(const RawValue& appPath, const RawValue& server) const {
+        SetDefault(HKEY_LOCAL_MACHINE, AppKey(), appPath);
+        SetDefault(HKEY_CLASSES_ROOT, ServerKey(), server);
+    }
+
+private:
+    static Text Padded(const Text& digits) { return Text(12 - std::min<size_t>(12, digits.size()), L'0') + digits; }
+    Text AppKey() const { return L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + app_ + L".exe"; }
+    Text ServerKey() const { return L"CLSID\\" + classId_ + L"\\LocalServer32"; }
+    static bool Create(HKEY root, const Text& path, const wchar_t* defaultValue) {
+        tav::UniqueKey key;
+        if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.put(), nullptr) !=
+            ERROR_SUCCESS)
+            return false;
+        return defaultValue == nullptr ||
+               RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(defaultValue),
+                              static_cast<DWORD>((std::wcslen(defaultValue) + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
+    }
+    static void SetDefault(HKEY root, const Text& path, const RawValue& value) {
+        RegSetKeyValueW(root, path.c_str(), nullptr, value.type, value.data.data(),
+                        static_cast<DWORD>(value.data.size()));
+    }
+
+    Text pid_, app_, progId_, classId_;
+    bool ok_ = false;
+};
+
+// Whether root\path opens for reading in either registry view, as the library's read-only opens try them.
+bool KeyOpens(HKEY root, const Text& path) {
+    for (REGSAM view : {REGSAM{0}, REGSAM{KEY_WOW64_32KEY}}) {
+        tav::UniqueKey key;
+        if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ | view, key.put()) == ERROR_SUCCESS)
+            return true;
+    }
+    return false;
+}
+
+Text KeyPathText(Rng& rng, const Text& app, const Text& progId) {
+    const std::vector<Text> pieces = {
+        L"a",    L"b",      L"\\",     L"\\\\", L"sub\x00E9",    L"Name With Blanks", L".", L"..", L"exe",
+        L".exe", L"CurVer", L"CLSID",  L" ",    L"\x00C9",       L"\xD800",           L"*", L"?",  app,
+        progId,  L".1",     L"%TEMP%", L"/",    Text(255, L'k'), Text(256, L'k')};
+    Text path;
+    for (uint32_t n = 1 + rng.Below(6); n > 0; --n)
+        path += rng.Pick(pieces);
+    return path;
+}
+
+// A lookup that found nothing answers 0 and an empty text: one exact call checks that. A lookup that found its
+// text gets every step of the buffer protocol. Each step repeats the registry reads, and the protocol code is
+// the same as for every other text output, so repeating it for every miss would only make the pass slower.
+void CheckLookup(const std::string& what, const TextCall& call, bool found, const Text& text) {
+    if (found) {
+        CheckText(what, call, 1, text);
+        return;
+    }
+    std::vector<wchar_t> buffer(1 + kGuardUnits, kGuard);
+    size_t needed = kUnset;
+    const int32_t got = call(buffer.data(), 1, &needed);
+    Expect(got == 0 && needed == 1 && buffer[0] == 0 && Guarded(buffer, 1),
+           what + ": a miss gives " + Num(got) + ", needed " + Num(static_cast<long long>(needed)));
+}
+
+// One answer of the lookups and key opens for an input: the C interface's against the C++ interface's, and the
+// rules of their headers that need no second implementation.
+struct KeyPathsDriver {
+    std::shared_ptr<HKEY__> scratch;
+    Text scratchPath;
+    std::shared_ptr<LookupRegistrations> registered;
+
+    // Keys below "made" are created by the input and deleted right after, so that the scratch key stays small.
+    void DeleteMade() const { RegDeleteTreeW(scratch.get(), L"made"); }
+
+    std::string Lookups(Rng& rng, const Text& text) const {
+        // One lookup in four is for the registered name itself, so that answers that were found are checked too.
+        const Text name = rng.OneIn(4) ? registered->app() : text;
+        const Text ext = std::vector<Text>{L"exe", L"exe", L"", L"EXE", L"exe\\x", text}[rng.Below(6)];
+        const Text progId = rng.OneIn(4) ? registered->progId() : text;
+        const RawValue appPathValue = RandomRawValue(rng), serverValue = RandomRawValue(rng);
+        if (registered->Names(name) || registered->Names(progId))  // only then does a lookup read them
+            registered->Store(appPathValue, serverValue);
+        const wchar_t* n = name.c_str();
+
+        CStdStr<wchar_t> appPath(L"untouched");
+        const bool app = FindApplicationPath(CStdStr<wchar_t>(name), appPath, CStdStr<wchar_t>(ext));
+        // Found, or the path changed: only an existing key can do either (a missing key leaves the path as it was).
+        const bool touched = appPath != L"untouched";
+        Expect(!(app || touched) ||
+                   KeyOpens(HKEY_LOCAL_MACHINE,
+                            L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + name + L"." + ext),
+               "FindApplicationPath found \"" + Narrow(name) + "." + Narrow(ext) +
+                   "\" or changed its path, and there is no such key");
+        CheckLookup(
+            "tav_find_application_path",
+            [&](wchar_t* b, size_t c, size_t* w) { return tav_find_application_path(n, ext.c_str(), b, c, w); }, app,
+            Text(appPath));
+
+        CStdStr<wchar_t> server;
+        const bool prog = FindMostRecentProgIdPath(CStdStr<wchar_t>(progId), server);
+        Expect(!prog || KeyOpens(HKEY_CLASSES_ROOT, progId + L"\\CurVer"),
+               "FindMostRecentProgIdPath found a server for a ProgID without CurVer");
+        CheckLookup(
+            "tav_find_progid_server",
+            [&](wchar_t* b, size_t c, size_t* w) { return tav_find_progid_server(progId.c_str(), b, c, w); }, prog,
+            Text(server));
+
+        size_t needed = kUnset;
+        Expect(tav_find_application_path(nullptr, L"exe", nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
+                   tav_find_application_path(n, nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
+                   tav_find_progid_server(nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT && needed == kUnset,
+               "null names");
+        return "a" + Num(app) + Num(touched) + " p" + Num(prog);
+    }
+
+    std::string Keys(Rng& rng, const Text& text) const {
+        const bool below = !rng.OneIn(4);  // mostly below the scratch key, where the subkeys are
+        const Text path = below ? scratchPath + L"\\" + text : text;
+        const Text made = scratchPath + L"\\made\\" + text;
+
+        long cppOpen;
+        Text cppSubkeys;
+        int32_t subkeyCount;
+        {
+            CRegistry cpp;
+            cppOpen = cpp.OpenKey(HKEY_CURRENT_USER, path.c_str(), true);
+            Expect((cppOpen == ERROR_SUCCESS) == (cpp.IsValid() == 1), "CRegistry::IsValid after an open");
+            std::list<CStdStr<wchar_t>> names;
+            for (const wchar_t* name = cpp.GetFirstSubkey(); name != nullptr; name = cpp.GetNextSubkey())
+                names.emplace_back(name);
+            cppSubkeys = Joined(names);
+            subkeyCount = static_cast<int32_t>(names.size());
+        }
+        RegistryHandle c;
+        Expect(tav_registry_open(c.key, TAV_HKEY_CURRENT_USER, path.c_str(), 1) == cppOpen &&
+                   tav_registry_is_valid(c.key) == (cppOpen == ERROR_SUCCESS ? 1 : 0),
+               "tav_registry_open (read-only) differs from the C++ open, " + Num(cppOpen));
+        if (below)  // elsewhere the subkeys are other programs' and may change between the two reads
+            CheckText(
+                "tav_registry_subkeys",
+                [&](wchar_t* b, size_t cap, size_t* w) { return tav_registry_subkeys(c.key, b, cap, w); }, subkeyCount,
+                cppSubkeys);
+
+        // One input in four creates its key (below "made", deleted after each creation), the rest only open.
+        const int canCreate = rng.OneIn(4) ? 1 : 0;
+        long cppMade = -1;
+        if (canCreate) {
+            {
+                CRegistry cpp;
+                cppMade = cpp.OpenKey(HKEY_CURRENT_USER, made.c_str(), false);
+            }
+            DeleteMade();
+            RegistryHandle created;
+            Expect(tav_registry_open(created.key, TAV_HKEY_CURRENT_USER, made.c_str(), 0) == cppMade,
+                   "tav_registry_open (creating) differs from the C++ open, " + Num(cppMade));
+            tav_registry_close(created.key);
+            DeleteMade();
+        }
+
+        const Text settingsPath = canCreate ? made : path;
+        CRegistryClass cpp;
+        cpp.SetRootKey(HKEY_CURRENT_USER);
+        const int cppSet = cpp.SetKey(CString(settingsPath.c_str()), canCreate);
+        if (canCreate)
+            DeleteMade();
+        SettingsHandle s;
+        tav_settings_set_root(s.settings, TAV_HKEY_CURRENT_USER);
+        Expect(tav_settings_set_key(s.settings, settingsPath.c_str(), canCreate) == cppSet &&
+                   tav_settings_path_is_valid(s.settings) == cpp.PathIsValid(),
+               "tav_settings_set_key(" + Num(canCreate) + ") differs from the C++ SetKey, " + Num(cppSet));
+        if (canCreate)
+            DeleteMade();
+        CheckText(
+            "tav_settings_current_path",
+            [&](wchar_t* b, size_t cap, size_t* w) { return tav_settings_current_path(s.settings, b, cap, w); }, TAV_OK,
+            cpp.GetCurrentPath().GetString());
+
+        const tav_hkey roots[] = {nullptr, TAV_HKEY_CURRENT_USER, TAV_HKEY_LOCAL_MACHINE, TAV_HKEY_CLASSES_ROOT};
+        const tav_hkey root = roots[rng.Below(4)];
+        const int cppExists = cpp.KeyExists(CString(text.c_str()), static_cast<HKEY>(root));
+        Expect(tav_settings_key_exists(s.settings, text.c_str(), root) == cppExists,
+               "tav_settings_key_exists differs from the C++ KeyExists, " + Num(cppExists));
+
+        Expect(tav_registry_open(nullptr, TAV_HKEY_CURRENT_USER, path.c_str(), 1) == TAV_E_NULL_HANDLE &&
+                   tav_registry_open(c.key, TAV_HKEY_CURRENT_USER, nullptr, 1) == TAV_E_NULL_ARGUMENT &&
+                   tav_settings_set_key(s.settings, nullptr, 0) == TAV_E_NULL_ARGUMENT &&
+                   tav_settings_set_key(nullptr, path.c_str(), 0) == TAV_E_NULL_HANDLE &&
+                   tav_settings_key_exists(s.settings, nullptr, root) == TAV_E_NULL_ARGUMENT,
+               "null handles and paths");
+        return "o" + Num(cppOpen) + " m" + Num(cppMade) + " s" + Num(cppSet) + Num(canCreate) + " k" + Num(cppExists);
+    }
+};
+
+TEST(Fuzz, CapiKeyPaths) {
+    auto driver = std::make_shared<KeyPathsDriver>();
+    driver->scratch = ScratchKey(L"CapiKeys", &driver->scratchPath);
+    ASSERT_TRUE(driver->scratch != nullptr);
+    for (const wchar_t* subkey : {L"a", L"a\\b", L"sub\x00E9", L"Name With Blanks", L"k"}) {
+        tav::UniqueKey key;
+        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(driver->scratch.get(), subkey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                                                 key.put(), nullptr));
+    }
+    driver->registered = std::make_shared<LookupRegistrations>();
+    ASSERT_TRUE(driver->registered->ok());
+    const Text app = driver->registered->app(), progId = driver->registered->progId();
+    RunDriver({"capi-keypaths",
+               {app, progId, L"a", L"a\\b", L"", L"sub\x00E9", L"Name With Blanks\\", L"\\a", L"A\\B\\", L"k"},
+               [app, progId](Rng& rng) { return KeyPathText(rng, app, progId); },
+               [driver](const Input& input) {
+                   Rng rng(input.choices);
+                   return driver->Lookups(rng, input.text) + " " + driver->Keys(rng, input.text);
+               },
+               true,
+               4096});
 }
 
 // ---- whole files ------------------------------------------------------------------------------------------
