@@ -9,6 +9,7 @@
 // resources of damaged copies of a real library.
 #include "Fuzz.h"
 #include "Inputs.h"
+#include "RegistryFixture.h"
 #include "TestSupport.h"
 
 #include <TavUtil.h>
@@ -774,20 +775,12 @@ class LookupRegistrations {
 public:
     LookupRegistrations()
         : pid_(std::to_wstring(GetCurrentProcessId())), app_(L"tavfuzz" + pid_), progId_(L"TavFuzz" + pid_ + L".App"),
-          classId_(L"{7A5F0000-0000-4000-8000-" + Padded(pid_) + L"}") {
-        ok_ = Create(HKEY_LOCAL_MACHINE, AppKey(), nullptr) &&
-              Create(HKEY_CLASSES_ROOT, progId_ + L"\\CurVer", (progId_ + L".1").c_str()) &&
-              Create(HKEY_CLASSES_ROOT, progId_ + L".1\\CLSID", classId_.c_str()) &&
-              Create(HKEY_CLASSES_ROOT, ServerKey(), nullptr);
+          classId_(L"{7A5F0000-0000-4000-8000-" + Padded(pid_) + L"}"),
+          appKey_(HKEY_LOCAL_MACHINE, AppKey(app_, L"exe")), curVer_(HKEY_CLASSES_ROOT, progId_ + L"\\CurVer"),
+          version_(HKEY_CLASSES_ROOT, progId_ + L".1\\CLSID"), server_(HKEY_CLASSES_ROOT, ServerKey()) {
+        ok_ = appKey_.ok() && curVer_.ok() && version_.ok() && server_.ok() && curVer_.Set(nullptr, progId_ + L".1") &&
+              version_.Set(nullptr, classId_);
     }
-    ~LookupRegistrations() {
-        RegDeleteTreeW(HKEY_LOCAL_MACHINE, AppKey().c_str());
-        RegDeleteTreeW(HKEY_CLASSES_ROOT, progId_.c_str());
-        RegDeleteTreeW(HKEY_CLASSES_ROOT, (progId_ + L".1").c_str());
-        RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + classId_).c_str());
-    }
-    LookupRegistrations(const LookupRegistrations&) = delete;
-    LookupRegistrations& operator=(const LookupRegistrations&) = delete;
 
     bool ok() const { return ok_; }
     const Text& app() const { return app_; }
@@ -799,40 +792,30 @@ public:
     }
     // The default values that the lookups read: the application's path and the class's server command.
     void Store(const RawValue& appPath, const RawValue& server) const {
-        SetDefault(HKEY_LOCAL_MACHINE, AppKey(), appPath);
+        SetDefault(HKEY_LOCAL_MACHINE, AppKey(app_, L"exe"), appPath);
         SetDefault(HKEY_CLASSES_ROOT, ServerKey(), server);
+    }
+    // The App Paths key that FindApplicationPath opens for `app` and `ext`.
+    static Text AppKey(const Text& app, const Text& ext) {
+        return L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + app + L"." + ext;
     }
 
 private:
     static Text Padded(const Text& digits) { return Text(12 - std::min<size_t>(12, digits.size()), L'0') + digits; }
-    Text AppKey() const { return L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + app_ + L".exe"; }
     Text ServerKey() const { return L"CLSID\\" + classId_ + L"\\LocalServer32"; }
-    static bool Create(HKEY root, const Text& path, const wchar_t* defaultValue) {
-        tav::UniqueKey key;
-        if (RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.put(), nullptr) !=
-            ERROR_SUCCESS)
-            return false;
-        return defaultValue == nullptr ||
-               RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(defaultValue),
-                              static_cast<DWORD>((std::wcslen(defaultValue) + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
-    }
     static void SetDefault(HKEY root, const Text& path, const RawValue& value) {
         RegSetKeyValueW(root, path.c_str(), nullptr, value.type, value.data.data(),
                         static_cast<DWORD>(value.data.size()));
     }
 
     Text pid_, app_, progId_, classId_;
+    tavtest::RegistryFixture appKey_, curVer_, version_, server_;  // each removed with the keys it created
     bool ok_ = false;
 };
 
 // Whether root\path opens for reading in either registry view, as the library's read-only opens try them.
 bool KeyOpens(HKEY root, const Text& path) {
-    for (REGSAM view : {REGSAM{0}, REGSAM{KEY_WOW64_32KEY}}) {
-        tav::UniqueKey key;
-        if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ | view, key.put()) == ERROR_SUCCESS)
-            return true;
-    }
-    return false;
+    return tavtest::KeyExists(root, path) || tavtest::KeyExists(root, path, KEY_WOW64_32KEY);
 }
 
 Text KeyPathText(Rng& rng, const Text& app, const Text& progId) {
@@ -893,9 +876,7 @@ struct KeyPathsDriver {
         const bool app = FindApplicationPath(CStdStr<wchar_t>(name), appPath, CStdStr<wchar_t>(ext));
         // Found, or the path changed: only an existing key can do either (a missing key leaves the path as it was).
         const bool touched = appPath != L"untouched";
-        Expect(!(app || touched) ||
-                   KeyOpens(HKEY_LOCAL_MACHINE,
-                            L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + name + L"." + ext),
+        Expect(!(app || touched) || KeyOpens(HKEY_LOCAL_MACHINE, LookupRegistrations::AppKey(name, ext)),
                "FindApplicationPath found \"" + Narrow(name) + "." + Narrow(ext) +
                    "\" or changed its path, and there is no such key");
         CheckLookup(
