@@ -9,6 +9,9 @@ TEST_JOBS ?= $(shell echo $$(( $(JOBS) + 2 )))
 # Absolute: the packaging tests configure projects of their own with the toolchain file this build used.
 TOOLCHAIN := $(CURDIR)/cmake/mingw-w64-x86_64.cmake
 SESSION := cmake/wine-session.sh
+# The compiler cache (see CMakeLists.txt): paths below the tree are hashed relative to it.
+export CCACHE_BASEDIR := $(CURDIR)
+export CCACHE_NOHASHDIR := 1
 
 # Debian packages the build and the tests need, and a command each one provides.
 PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
@@ -16,7 +19,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
             clang:clang lld:lld-link llvm:llvm-dlltool \
-            clang-format:clang-format
+            clang-format:clang-format ccache:ccache
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz format \
         format-check
