@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <cwctype>
 #include <memory>
 #include <vector>
 
@@ -335,6 +336,144 @@ TEST(Fuzz, CapiAutomation) {
                    AutomationCase c(input);
                    return ReadC(c);
                }});
+}
+
+// ---- the Running Object Table ----------------------------------------------------------------------------
+
+// A ProgID of the driver's own (HKEY_CLASSES_ROOT\TavUtilFuzz.Rot<process id>) naming a fresh class
+// identifier, removed with the driver.
+struct RotDriver {
+    std::wstring progId = L"TavUtilFuzz.Rot" + std::to_wstring(GetCurrentProcessId());
+    std::unique_ptr<tavtest::RegistryFixture> registration;
+    Text key;  // the class identifier's registry form, the text the search looks for
+    CComPtr<IRunningObjectTable> table;
+
+    RotDriver() {
+        GUID clsid;
+        wchar_t text[64] = {};
+        if (FAILED(CoCreateGuid(&clsid)) || StringFromGUID2(clsid, text, 64) == 0)
+            return;
+        key = text;
+        registration = std::make_unique<tavtest::RegistryFixture>(HKEY_CLASSES_ROOT, progId + L"\\CLSID");
+        if (!registration->ok() || !registration->Set(L"", key))
+            registration.reset();
+        GetRunningObjectTable(0, &table);
+    }
+    bool ok() const { return registration != nullptr && table; }
+};
+
+// The rule's walk of the table: the first moniker whose display name holds `key` (exactly, anywhere) and whose
+// object offers IDispatch; a display name that cannot be had ends the walk with nothing.
+IUnknown* ExpectedRunning(const Text& key) {
+    CComPtr<IBindCtx> context;
+    CComPtr<IRunningObjectTable> table;
+    CComPtr<IEnumMoniker> monikers;
+    if (FAILED(CreateBindCtx(0, &context)) || FAILED(context->GetRunningObjectTable(&table)) ||
+        FAILED(table->EnumRunning(&monikers)))
+        return nullptr;
+    for (;;) {
+        CComPtr<IMoniker> moniker;
+        if (monikers->Next(1, &moniker, nullptr) != S_OK)
+            return nullptr;
+        LPOLESTR name = nullptr;
+        if (FAILED(moniker->GetDisplayName(context, nullptr, &name)))
+            return nullptr;
+        const Text displayName = name ? name : L"";
+        CoTaskMemFree(name);
+        if (displayName.find(key) == Text::npos)
+            continue;
+        CComPtr<IUnknown> object;
+        if (FAILED(table->GetObject(moniker, &object)))
+            continue;
+        CComQIPtr<IDispatch> dispatch(object.p);
+        if (dispatch)
+            return dispatch.p;  // the table holds it while it is registered
+    }
+}
+
+// A display name made from the input: the class identifier inside it (whole, in lower case, cut short) or not.
+Text HostileDisplayName(Rng& rng, const Text& text, const Text& key) {
+    Text name = text.substr(0, text.find(L'\0'));
+    Text inside = key;
+    switch (rng.Below(5)) {
+    case 0: inside.clear(); break;
+    case 1:
+        for (wchar_t& unit : inside)
+            unit = static_cast<wchar_t>(towlower(unit));
+        break;
+    case 2: inside = inside.substr(0, 1 + rng.Below(static_cast<uint32_t>(inside.size() - 1))); break;
+    default: break;
+    }
+    name.insert(rng.Below(static_cast<uint32_t>(name.size() + 1)), inside);
+    return name;
+}
+
+std::string RunRot(RotDriver& driver, const Input& input, bool capi) {
+    Rng rng(input.choices);
+    std::vector<DWORD> cookies;
+    std::vector<PlainObject*> objects;
+    for (uint32_t n = 1 + rng.Below(4); n > 0; --n) {
+        const Text name = HostileDisplayName(rng, input.text, driver.key);
+        CComPtr<IMoniker> moniker;
+        const HRESULT made = rng.OneIn(3) ? CreateFileMoniker(name.c_str(), &moniker)
+                                          : CreateItemMoniker(rng.OneIn(4) ? L"" : L"!", name.c_str(), &moniker);
+        if (FAILED(made))
+            continue;
+        auto* object = new PlainObject(!rng.OneIn(4));
+        DWORD cookie = 0;
+        if (SUCCEEDED(driver.table->Register(0, object, moniker, &cookie)))
+            cookies.push_back(cookie);
+        objects.push_back(object);
+    }
+    // The driver's ProgID mostly; now and then the input itself as a ProgID.
+    const Text progId = rng.OneIn(8) ? input.text.substr(0, input.text.find(L'\0')) : driver.progId;
+    CLSID clsid;
+    Text key;
+    wchar_t text[64] = {};
+    if (SUCCEEDED(CLSIDFromProgID(progId.c_str(), &clsid)) && StringFromGUID2(clsid, text, 64) != 0)
+        key = text;
+    IUnknown* expected = key.empty() ? nullptr : ExpectedRunning(key);
+
+    std::string outcome;
+    {
+        CComPtr<IDispatch> found = ComUtils::FindInROT(progId.c_str());
+        Expect(found.p == expected, "FindInROT gave " + std::string(found.p ? "an object" : "nothing") +
+                                        " where the table's first match is " + (expected ? "an object" : "nothing"));
+        outcome = std::string(found.p ? "found" : "none") + " k" + Num(cookies.size());
+    }
+    if (capi) {
+        void* object = reinterpret_cast<void*>(1);
+        const int32_t got = tav_com_find_in_rot(progId.c_str(), &object);
+        Expect(got == (expected ? 1 : 0) && object == expected, "tav_com_find_in_rot differs from the C++ answer");
+        if (object != nullptr)
+            tav_com_release(object);
+        Expect(tav_com_find_in_rot(progId.c_str(), nullptr) == TAV_E_NULL_ARGUMENT &&
+                   tav_com_find_in_rot(nullptr, &object) == 0 && object == nullptr,
+               "null ProgID or pointer");
+    }
+    for (DWORD cookie : cookies)
+        driver.table->Revoke(cookie);
+    for (PlainObject* object : objects)
+        object->Release();  // what the search keeps of a match stays with it, as its rule says
+    return outcome;
+}
+
+const std::vector<Text> kDisplaySeeds = {L"", L"!", L"C:\\dir\\file.doc", L"\x00E9", L"a b", L"\xD800", L"{", L"}"};
+
+TEST(Fuzz, RunningObjects) {
+    auto com = std::make_shared<tav::ComInitialization>();
+    auto driver = std::make_shared<RotDriver>();
+    ASSERT_TRUE(driver->ok()) << "the ProgID of the driver could not be registered";
+    RunDriver({"rot", kDisplaySeeds, nullptr,
+               [com, driver](const Input& input) { return RunRot(*driver, input, false); }, true, 2000});
+}
+
+TEST(Fuzz, CapiRunningObjects) {
+    auto com = std::make_shared<tav::ComInitialization>();
+    auto driver = std::make_shared<RotDriver>();
+    ASSERT_TRUE(driver->ok()) << "the ProgID of the driver could not be registered";
+    RunDriver({"capi-rot", kDisplaySeeds, nullptr,
+               [com, driver](const Input& input) { return RunRot(*driver, input, true); }, true, 2000});
 }
 
 }  // namespace
