@@ -54,20 +54,20 @@ struct ClipboardDriver {
 // The text the library must read, from the last Unicode text placed. The platform hands another program's
 // text over NUL-terminated (Wine 8, measured): the block's size rounded up to whole units, its last unit a
 // NUL. A text of 2k or 2k + 1 bytes therefore reads as its first k - 1 or k units, up to the first NUL. An
-// empty block is refused when placed. Without a Unicode text the system makes one from the other text
+// empty block is refused when placed, and gives nothing when rendered on request. Without a Unicode text the system makes one from the other text
 // formats; `synthesized` is set then and only looser rules hold.
 Text ExpectedClipboardText(const std::vector<ClipItem>& items, bool& synthesized) {
     synthesized = false;
     const ClipItem* unicode = nullptr;
     bool otherText = false;
     for (const ClipItem& item : items) {
-        if (item.bytes.empty())
+        if (item.bytes.empty() && item.how == 0)
             continue;
         if (item.format == CF_UNICODETEXT)
             unicode = &item;  // a later item of the same format replaces an earlier one
         otherText = otherText || item.format == CF_TEXT || item.format == CF_OEMTEXT;
     }
-    if (unicode == nullptr || unicode->how == 2) {
+    if (unicode == nullptr || unicode->how == 2 || unicode->bytes.empty()) {
         synthesized = otherText || unicode != nullptr;
         return Text();
     }
