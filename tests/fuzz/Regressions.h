@@ -28,6 +28,11 @@ inline const Row kRegressionRows[] = {
     // A file named after a device ("aux") once reached the device instead of a file (the harness's naming).
     {"textfile", L"aux", 6993487248827594899ull},
     {"capi-textfile", L"Con  ", 0},
+    // Property values whose type holds no string or object (a number's bits, a reference, an array, a type
+    // that does not exist) were read as one by GetDisp and GetPropW, which crashed the host.
+    {"automation", L"Name", 17750726234434139842ull},
+    {"automation", L"Value", 14819474691791705979ull},
+    {"automation", L"Value", 1437278676512512823ull},
 };
 
 }  // namespace fuzz
