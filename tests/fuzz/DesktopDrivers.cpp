@@ -54,8 +54,8 @@ struct ClipboardDriver {
 // The text the library must read, from the last Unicode text placed. The platform hands another program's
 // text over NUL-terminated (Wine 8, measured): the block's size rounded up to whole units, its last unit a
 // NUL. A text of 2k or 2k + 1 bytes therefore reads as its first k - 1 or k units, up to the first NUL. An
-// empty block is refused when placed, and gives nothing when rendered on request. Without a Unicode text the system makes one from the other text
-// formats; `synthesized` is set then and only looser rules hold.
+// empty block is refused when placed, and gives nothing when rendered on request. Without a Unicode text the system
+// makes one from the other text formats; `synthesized` is set then and only looser rules hold.
 Text ExpectedClipboardText(const std::vector<ClipItem>& items, bool& synthesized) {
     synthesized = false;
     const ClipItem* unicode = nullptr;
@@ -235,14 +235,14 @@ TEST(Fuzz, SendText) {
     auto target = std::make_shared<TextTarget>();
     ASSERT_TRUE(target->Front()) << "the test window did not become the foreground window";
     RunDriver({"sendtext", kTextSeeds, Units,
-               [target](const Input& input) { return RunSendText(*target, input, false); }, true, 200});
+               [target](const Input& input) { return RunSendText(*target, input, false); }, true, 200, true});
 }
 
 TEST(Fuzz, CapiSendText) {
     auto target = std::make_shared<TextTarget>();
     ASSERT_TRUE(target->Front()) << "the test window did not become the foreground window";
     RunDriver({"capi-sendtext", kTextSeeds, Units,
-               [target](const Input& input) { return RunSendText(*target, input, true); }, true, 200});
+               [target](const Input& input) { return RunSendText(*target, input, true); }, true, 200, true});
 }
 
 }  // namespace

@@ -348,10 +348,8 @@ void RunDriver(const Driver& driver) {
             runOne({row.text, row.choices}, inputs);
     for (const Text& seedText : driver.seeds)
         runOne({seedText, Mix(seed, inputs)}, inputs);
-    // The quick pass keeps to its time: a driver whose input costs a window or a process runs the extremes
-    // its two seconds allow (the long pass runs them all).
     for (const Text& extreme : extremes)
-        if (isLong || elapsed() < kQuickSecondsPerDriver)
+        if (isLong || !driver.costly || elapsed() < kQuickSecondsPerDriver)
             runOne({extreme, Mix(seed, inputs)}, inputs);
     if (isLong) {  // every UTF-16 unit alone, or an even spread of them in a pass of fewer than 1,000,000 inputs
         unsigned step = limit >= kLongInputsDefault ? 1 : static_cast<unsigned>(0x10000 * 10 / (limit + 1) + 1);

@@ -63,6 +63,9 @@ struct Driver {
     std::function<std::string(const Input&)> run;  // one call; the outcome, or throws Mismatch
     bool cString = true;                           // the entry point takes a C string: inputs end at a NUL
     size_t maxLength = SIZE_MAX;                   // longer inputs are cut (entry points that touch the system)
+    // An input costs a window, a process or typed keys: the quick pass runs the extremes its two seconds
+    // allow (the long pass runs them all).
+    bool costly = false;
 };
 
 struct Row {  // a regression row: an input that once failed, run first on every pass

@@ -236,13 +236,13 @@ const std::vector<Text> kFileSeeds = {L"peer", L"x y",     L"\x00E9t\x00E9\x4E2D
 TEST(Fuzz, Processes) {
     auto driver = std::make_shared<ChildDriver>();
     RunDriver({"processes", kFileSeeds, nullptr,
-               [driver](const Input& input) { return RunChild(*driver, input, false); }, true, 80});
+               [driver](const Input& input) { return RunChild(*driver, input, false); }, true, 80, true});
 }
 
 TEST(Fuzz, CapiProcesses) {
     auto driver = std::make_shared<ChildDriver>();
     RunDriver({"capi-processes", kFileSeeds, nullptr,
-               [driver](const Input& input) { return RunChild(*driver, input, true); }, true, 80});
+               [driver](const Input& input) { return RunChild(*driver, input, true); }, true, 80, true});
 }
 
 }  // namespace

@@ -247,13 +247,13 @@ Text ClassName(Rng& rng) {
 TEST(Fuzz, Windows) {
     auto thread = std::make_shared<WindowThread>();
     RunDriver({"windows", kClassSeeds, ClassName,
-               [thread](const Input& input) { return RunWindows(*thread, input, false); }, false, 300});
+               [thread](const Input& input) { return RunWindows(*thread, input, false); }, false, 300, true});
 }
 
 TEST(Fuzz, CapiWindows) {
     auto thread = std::make_shared<WindowThread>();
     RunDriver({"capi-windows", kClassSeeds, ClassName,
-               [thread](const Input& input) { return RunWindows(*thread, input, true); }, false, 300});
+               [thread](const Input& input) { return RunWindows(*thread, input, true); }, false, 300, true});
 }
 
 }  // namespace
