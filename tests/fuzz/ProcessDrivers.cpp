@@ -161,10 +161,12 @@ std::string RunChild(ChildDriver& driver, const Input& input, bool capi) {
     if (find == INVALID_HANDLE_VALUE)
         return "nofind";
     FindClose(find);
+    // The name the file has: the platform drops trailing dots and blanks, and keeps the case a name had.
     const Text realName = found.cFileName;
+    const std::wstring realPath = driver.dir / realName;
     wchar_t longPath[1024] = {};
-    const DWORD longLength = GetLongPathNameW(path.c_str(), longPath, 1024);
-    const Text fullPath = longLength > 0 && longLength < 1024 ? Text(longPath) : Text(path);
+    const DWORD longLength = GetLongPathNameW(realPath.c_str(), longPath, 1024);
+    const Text fullPath = longLength > 0 && longLength < 1024 ? Text(longPath) : Text(realPath);
 
     Peer child;
     if (!child.Start(path, L"wait"))
@@ -173,12 +175,14 @@ std::string RunChild(ChildDriver& driver, const Input& input, bool capi) {
     const DWORD pid = child.id();
 
     CStdStr<wchar_t> name, full;
-    Expect(finder.GetProcessName(pid, name) && Same(name, realName),
+    const bool named = finder.GetProcessName(pid, name), fullNamed = finder.GetProcessFullName(pid, full);
+    Expect(named && Same(name, realName),
            "GetProcessName gave \"" + Narrow(name) + "\" for the child \"" + Narrow(realName) + "\"");
-    Expect(finder.GetProcessFullName(pid, full) && _wcsicmp(full.c_str(), fullPath.c_str()) == 0,
+    Expect(fullNamed && _wcsicmp(full.c_str(), fullPath.c_str()) == 0,
            "GetProcessFullName gave \"" + Narrow(full) + "\" for \"" + Narrow(fullPath) + "\"");
     std::list<CStdStr<wchar_t>> modules = {L"stale"};
-    Expect(finder.GetProcessModules(pid, modules) && !modules.empty() && Same(modules.front(), realName),
+    const bool listed = finder.GetProcessModules(pid, modules);
+    Expect(listed && !modules.empty() && Same(modules.front(), realName),
            "GetProcessModules: the first module is \"" + Narrow(modules.empty() ? Text() : Text(modules.front())) +
                "\" for \"" + Narrow(realName) + "\"");
     // The queries of a given window: the child's hidden window.
