@@ -19,6 +19,7 @@ void test_settings(void);
 void test_files(void);
 void test_automation(void);
 void test_accounts_and_support(void);
+void test_stray_text(void);
 
 /* This program's own path, and a scratch folder of the run (ends with a backslash). */
 extern wchar_t g_self[MAX_PATH];

@@ -87,6 +87,8 @@ int wmain(int argc, wchar_t** argv) {
     test_automation();
     puts("-- test_accounts_and_support");
     test_accounts_and_support();
+    puts("-- test_stray_text");
+    test_stray_text();
 
     DestroyWindow(window);
     printf("capi_c_tests: %d checks, %d failed\n", g_checks, g_failures);

@@ -80,6 +80,58 @@ TEST_F(ComTest, StringAndObjectReadsOfValuesWithoutPointers) {
     EXPECT_TRUE(GetDisp(object, L"Child"));
 }
 
+// Another program's value is never taken for what it is not. A string read as an object would have the
+// host call through the string's bytes: the crafted bytes point at a table of functions that count their
+// calls, and none may run. An object or a reference read as a string would have its length read from bytes
+// in front of it that are no length.
+TEST_F(ComTest, ObjectReadsTakeOnlyObjects) {
+    CComPtr<TestDispatch> own = MakeObject(L"own");
+    CComQIPtr<IDispatch> object(own.p);
+    long callsBefore = TestDispatch::CraftedCalls();
+    EXPECT_FALSE(GetDisp(object, L"Crafted"));
+    EXPECT_EQ(TestDispatch::CraftedCalls(), callsBefore);
+    EXPECT_FALSE(GetDisp(object, L"Name"));
+    EXPECT_FALSE(GetDisp(object, L"NameByRef"));
+    EXPECT_FALSE(GetDisp(object, L"NoObject"));
+    EXPECT_FALSE(GetDisp(object, L"Plain"));  // an object that is no automation object
+
+    // An object handed out as IUnknown is asked for IDispatch.
+    CComPtr<IDispatch> child = GetDisp(object, L"ChildUnknown");
+    ASSERT_TRUE(child);
+    EXPECT_EQ(child.p, own->Child());
+    CComQIPtr<IDispatch> childQueried(child);
+    EXPECT_EQ(GetPropW(childQueried, L"Name"), L"child");
+}
+
+TEST_F(ComTest, StringReadsTakeOnlyStrings) {
+    CComPtr<TestDispatch> own = MakeObject(L"own");
+    CComQIPtr<IDispatch> object(own.p);
+    for (const wchar_t* name : {L"Child", L"ChildUnknown", L"Plain", L"NoObject", L"NameByRef"})
+        EXPECT_EQ(GetPropW(object, name), L"") << tavtest::Narrow(name);
+    EXPECT_EQ(GetPropW(object, L"Name"), L"own");
+    // The number reads stay as they are: the settled answer is the value's low bits, whatever its type.
+    EXPECT_EQ(GetPropLong(object, L"Name"), static_cast<long>(reinterpret_cast<UINT_PTR>(own->LastStringHandedOut())));
+}
+
+// The C interface answers through the same readers.
+TEST_F(ComTest, CInterfaceReadsTakeOnlyTheirTypes) {
+    CComPtr<TestDispatch> own = MakeObject(L"own");
+    long callsBefore = TestDispatch::CraftedCalls();
+    void* found = reinterpret_cast<void*>(1);
+    EXPECT_EQ(tav_com_get_disp(own.p, L"Crafted", &found), TAV_OK);
+    EXPECT_EQ(found, nullptr);
+    EXPECT_EQ(TestDispatch::CraftedCalls(), callsBefore);
+    EXPECT_EQ(tav_com_get_disp(own.p, L"ChildUnknown", &found), TAV_OK);
+    EXPECT_EQ(found, static_cast<void*>(own->Child()));
+    tav_com_release(found);
+
+    wchar_t text[16] = L"untouched";
+    size_t needed = 0;
+    EXPECT_EQ(tav_com_get_prop_string(own.p, L"Child", text, 16, &needed), TAV_OK);
+    EXPECT_STREQ(text, L"");
+    EXPECT_EQ(needed, 1u);
+}
+
 TEST_F(ComTest, UnknownPropertiesGiveNeutralAnswers) {
     CComQIPtr<IDispatch> regExp(CreateObject(L"VBScript.RegExp"));
     ASSERT_TRUE(regExp);

@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -21,16 +22,21 @@ public:
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;
 
-    // Starts `commandLine`; false when it cannot be started.
+    // Starts `commandLine`; false when it cannot be started, and then standard error says why (the system's
+    // error code, also kept in startError()).
     bool Start(const std::wstring& commandLine) {
         End();
+        startError_ = 0;
         STARTUPINFOW startup = {};
         startup.cb = sizeof(startup);
         PROCESS_INFORMATION created = {};
         std::vector<wchar_t> buffer(commandLine.begin(), commandLine.end());
         buffer.push_back(L'\0');
-        if (!CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &created))
+        if (!CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &created)) {
+            startError_ = GetLastError();
+            ReportStartFailure(commandLine, startError_);
             return false;
+        }
         tav::UniqueHandle thread(created.hThread);
         process_.reset(created.hProcess);
         processId_ = created.dwProcessId;
@@ -67,10 +73,28 @@ public:
 
     HANDLE handle() const { return process_.get(); }
     DWORD id() const { return processId_; }
+    DWORD startError() const { return startError_; }
 
 private:
+    static void ReportStartFailure(const std::wstring& commandLine, DWORD error) {
+        wchar_t text[256] = L"";
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text, 256,
+                       nullptr);
+        std::wstring reason = text;
+        while (!reason.empty() && (reason.back() == L'\n' || reason.back() == L'\r' || reason.back() == L' '))
+            reason.pop_back();
+        const std::wstring line = L"RunningProgram: CreateProcessW of " + commandLine + L" failed with error " +
+                                  std::to_wstring(error) + L": " + reason;
+        const int bytes = WideCharToMultiByte(CP_UTF8, 0, line.c_str(), -1, nullptr, 0, nullptr, nullptr);
+        std::string utf8(bytes > 0 ? bytes - 1 : 0, '\0');
+        WideCharToMultiByte(CP_UTF8, 0, line.c_str(), -1, utf8.data(), bytes, nullptr, nullptr);
+        std::fprintf(stderr, "%s\n", utf8.c_str());
+        std::fflush(stderr);
+    }
+
     tav::UniqueHandle process_;
     DWORD processId_ = 0;
+    DWORD startError_ = 0;
 };
 
 // Wine's notepad started in front: its main window and its Edit, or nulls when it did not come up.

@@ -77,6 +77,8 @@ int32_t tav_com_try_get_active_object(const tav_guid* clsid, void** object) {
 }
 
 int32_t tav_com_get_active_app(const wchar_t* prog_id, void** object) {
+    if (StrayText({prog_id}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -86,6 +88,8 @@ int32_t tav_com_get_active_app(const wchar_t* prog_id, void** object) {
 }
 
 int32_t tav_com_get_app_dispatch(const wchar_t* prog_id, int32_t create_if_not_running, void** object) {
+    if (StrayText({prog_id}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -95,6 +99,8 @@ int32_t tav_com_get_app_dispatch(const wchar_t* prog_id, int32_t create_if_not_r
 }
 
 int32_t tav_com_create_object(const wchar_t* prog_id, void** object) {
+    if (StrayText({prog_id}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -104,6 +110,8 @@ int32_t tav_com_create_object(const wchar_t* prog_id, void** object) {
 }
 
 int32_t tav_com_find_in_rot(const wchar_t* prog_id, void** object) {
+    if (StrayText({prog_id}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -113,6 +121,8 @@ int32_t tav_com_find_in_rot(const wchar_t* prog_id, void** object) {
 }
 
 int32_t tav_com_get_prop_long(void* object, const wchar_t* name, int32_t* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -125,6 +135,8 @@ int32_t tav_com_get_prop_long(void* object, const wchar_t* name, int32_t* value)
 }
 
 int32_t tav_com_get_prop_bool(void* object, const wchar_t* name, int32_t* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -137,6 +149,8 @@ int32_t tav_com_get_prop_bool(void* object, const wchar_t* name, int32_t* value)
 }
 
 int32_t tav_com_get_disp(void* object, const wchar_t* name, void** value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -150,6 +164,8 @@ int32_t tav_com_get_disp(void* object, const wchar_t* name, void** value) {
 }
 
 int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -161,6 +177,8 @@ int32_t tav_com_get_prop_string(void* object, const wchar_t* name, wchar_t* buff
 }
 
 int32_t tav_com_set_prop_bool(void* object, const wchar_t* name, int32_t value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (object == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -199,6 +217,8 @@ int32_t tav_is_administrator_or_power_user(void) {
 }
 
 int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({address}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (address == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -208,6 +228,8 @@ int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capaci
 
 int32_t tav_support_query_with_trigger(const wchar_t* address, const tav_trigger* trigger, wchar_t* buffer,
                                        size_t capacity, size_t* needed) {
+    if (StrayText({address}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (address == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;

@@ -68,27 +68,39 @@ int32_t Found(bool found, const CStdStr<wchar_t>& text, wchar_t* buffer, size_t 
 extern "C" {
 
 int32_t tav_path_drive(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return PathText(path, buffer, capacity, needed, [&] { return CFileName(path).GetDrive(); });
 }
 
 int32_t tav_path_dir_no_drive(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return PathText(path, buffer, capacity, needed, [&] { return CFileName(path).GetPathNoDrive(); });
 }
 
 int32_t tav_path_file(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return PathText(path, buffer, capacity, needed, [&] { return CFileName(path).GetFile(); });
 }
 
 int32_t tav_path_extension(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return PathText(path, buffer, capacity, needed, [&] { return CFileName(path).GetExtension(); });
 }
 
 int32_t tav_path_dir(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return PathText(path, buffer, capacity, needed, [&] { return CFileName(path).GetPath(); });
 }
 
 int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity, size_t* dir_needed, wchar_t* file,
                        size_t file_capacity, size_t* file_needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (path == nullptr || BadBuffer(dir, dir_capacity) || BadBuffer(file, file_capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -101,12 +113,16 @@ int32_t tav_path_split(const wchar_t* path, wchar_t* dir, size_t dir_capacity, s
 
 int32_t tav_path_compose(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer, size_t capacity,
                          size_t* needed) {
+    if (StrayText({path, file, ext}))
+        return kNullArgument;
     if (file == nullptr || ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
     return PathText(path, buffer, capacity, needed, [&] { return Text(CFileName(path, file, ext)); });
 }
 
 int32_t tav_path_beside_exe(const wchar_t* file, const wchar_t* ext, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({file, ext}))
+        return kNullArgument;
     if (ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
     return PathText(file, buffer, capacity, needed, [&] { return Text(CFileName(CFileName::ExeInstance, file, ext)); });
@@ -118,6 +134,8 @@ int32_t tav_path_exe_dir(wchar_t* buffer, size_t capacity, size_t* needed) {
 
 int32_t tav_path_from_path_and_file(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
                                     size_t capacity, size_t* needed) {
+    if (StrayText({path, file, ext}))
+        return kNullArgument;
     if (file == nullptr || ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
     return PathText(path, buffer, capacity, needed, [&] { return Text(CFileName::FromPathAndFile(path, file, ext)); });
@@ -125,6 +143,8 @@ int32_t tav_path_from_path_and_file(const wchar_t* path, const wchar_t* file, co
 
 int32_t tav_path_set_filename(const wchar_t* path, const wchar_t* file, const wchar_t* ext, wchar_t* buffer,
                               size_t capacity, size_t* needed) {
+    if (StrayText({path, file, ext}))
+        return kNullArgument;
     if (file == nullptr || ext == nullptr)
         return TAV_E_NULL_ARGUMENT;
     return PathText(path, buffer, capacity, needed, [&] {
@@ -136,6 +156,8 @@ int32_t tav_path_set_filename(const wchar_t* path, const wchar_t* file, const wc
 
 int32_t tav_path_append_directory(const wchar_t* path, const wchar_t* dir, wchar_t* buffer, size_t capacity,
                                   size_t* needed) {
+    if (StrayText({path, dir}))
+        return kNullArgument;
     if (dir == nullptr)
         return TAV_E_NULL_ARGUMENT;
     return PathText(path, buffer, capacity, needed, [&] {
@@ -146,31 +168,45 @@ int32_t tav_path_append_directory(const wchar_t* path, const wchar_t* dir, wchar
 }
 
 int32_t tav_path_strip_extension(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Stripped(text, buffer, capacity, needed, [](CStdStr<wchar_t>& s) { return CFileName::StripExtension(s); });
 }
 
 int32_t tav_path_strip_trailing_separator(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Stripped(text, buffer, capacity, needed,
                     [](CStdStr<wchar_t>& s) { return CFileName::StripTrailingSeparator(s); });
 }
 
 int32_t tav_path_strip_path(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Stripped(text, buffer, capacity, needed, [](CStdStr<wchar_t>& s) { return CFileName::StripPath(s); });
 }
 
 int32_t tav_file_exists(const wchar_t* path) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t { return path ? (CFileName::FileExists(path) ? 1 : 0) : kNullArgument; });
 }
 
 int32_t tav_path_exists(const wchar_t* path) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t { return path ? (CFileName(path).Exists() ? 1 : 0) : kNullArgument; });
 }
 
 int32_t tav_path_create_directory(const wchar_t* path, int32_t recursive) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t { return path ? CFileName(path).CreateDirectoryW(recursive) : kNullArgument; });
 }
 
 int32_t tav_version_parse(const wchar_t* text, tav_version* version) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (text == nullptr || version == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -194,6 +230,8 @@ tav_verinfo tav_verinfo_create(void) {
 void tav_verinfo_destroy(tav_verinfo info) { delete info; }
 
 int32_t tav_verinfo_init(tav_verinfo info, const wchar_t* file) {
+    if (StrayText({file}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (info == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -278,6 +316,8 @@ tav_textfile tav_textfile_create(void) {
 void tav_textfile_destroy(tav_textfile file) { delete file; }
 
 int32_t tav_textfile_read(tav_textfile file, const wchar_t* path) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (file == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -317,6 +357,8 @@ int32_t tav_install_date(wchar_t* buffer, size_t capacity, size_t* needed) {
 
 int32_t tav_find_application_path(const wchar_t* app, const wchar_t* ext, wchar_t* buffer, size_t capacity,
                                   size_t* needed) {
+    if (StrayText({app, ext}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (app == nullptr || ext == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -327,6 +369,8 @@ int32_t tav_find_application_path(const wchar_t* app, const wchar_t* ext, wchar_
 }
 
 int32_t tav_find_progid_server(const wchar_t* prog_id, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({prog_id}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (prog_id == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;

@@ -38,6 +38,8 @@ extern "C" {
 int32_t tav_c_interface_version(void) { return 1; }
 
 int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (text == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -47,6 +49,8 @@ int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size
 }
 
 int32_t tav_set_string_length(const wchar_t* text, int32_t length, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (text == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -59,6 +63,8 @@ int32_t tav_set_string_length(const wchar_t* text, int32_t length, wchar_t* buff
 }
 
 int32_t tav_ensure_trailing_backslash(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (path == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -69,6 +75,8 @@ int32_t tav_ensure_trailing_backslash(const wchar_t* path, wchar_t* buffer, size
 }
 
 int32_t tav_strip_trailing_backslash(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (path == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -134,6 +142,8 @@ int32_t tav_vista_is_dwm_composition_enabled(void) {
 
 int32_t tav_log_write(int32_t level, const wchar_t* file, int32_t line, const wchar_t* function,
                       const wchar_t* message) {
+    if (StrayText({file, function, message}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (!IsLogLevel(level))
             return TAV_E_UNKNOWN_ENUM;
@@ -171,6 +181,8 @@ int32_t tav_log_level_name(int32_t level, wchar_t* buffer, size_t capacity, size
 }
 
 int32_t tav_log_level_from_name(const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (name == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -179,6 +191,8 @@ int32_t tav_log_level_from_name(const wchar_t* name) {
 }
 
 int32_t tav_log_set_output(int32_t output, const wchar_t* path) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         switch (output) {
         case TAV_LOG_TO_STDERR: ReplaceLogStream(stderr); return 1;

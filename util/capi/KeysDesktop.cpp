@@ -40,35 +40,49 @@ HWND Window(tav_hwnd window) { return static_cast<HWND>(window); }
 extern "C" {
 
 int32_t tav_send_keys(const wchar_t* script) {
+    if (StrayText({script}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t { return script ? static_cast<int32_t>(SendKeys(script)) : kNullArgument; });
 }
 
 int32_t tav_keys_run(const wchar_t* script) {
+    if (StrayText({script}))
+        return kNullArgument;
     return Guarded(
         [&]() -> int32_t { return script ? static_cast<int32_t>(tav::keys::RunKeyScript(script)) : kNullArgument; });
 }
 
 int32_t tav_send_text(const wchar_t* text) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t { return text ? static_cast<int32_t>(SendText(text)) : kNullArgument; });
 }
 
 int32_t tav_send_keys_paced(const wchar_t* script, uint32_t delay_ms) {
+    if (StrayText({script}))
+        return kNullArgument;
     return Guarded(
         [&]() -> int32_t { return script ? static_cast<int32_t>(SendKeysPaced(script, delay_ms)) : kNullArgument; });
 }
 
 int32_t tav_send_text_paced(const wchar_t* text, uint32_t delay_ms) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded(
         [&]() -> int32_t { return text ? static_cast<int32_t>(SendTextPaced(text, delay_ms)) : kNullArgument; });
 }
 
 int32_t tav_keys_run_paced(const wchar_t* script, uint32_t delay_ms) {
+    if (StrayText({script}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         return script ? static_cast<int32_t>(tav::keys::RunKeyScript(script, delay_ms)) : kNullArgument;
     });
 }
 
 int32_t tav_send_keys_escape(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (text == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -102,6 +116,8 @@ int32_t tav_send_keys_clear_in_progress(void) {
 uintptr_t tav_send_keys_in_progress(void) { return SendKeys_InProgress(); }
 
 int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity, size_t* needed) {
+    if (StrayText({script}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (script == nullptr || BadBuffer(entries, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -122,6 +138,8 @@ int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity
 }
 
 int32_t tav_keys_lookup_name(const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded(
         [&]() -> int32_t { return name ? static_cast<int32_t>(tav::keys::LookupKeyName(name)) : kNullArgument; });
 }
@@ -138,6 +156,8 @@ int32_t tav_clipboard_get_text(wchar_t* buffer, size_t capacity, size_t* needed)
 }
 
 int32_t tav_clipboard_set_text(const wchar_t* text) {
+    if (StrayText({text}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (text == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -162,7 +182,7 @@ tav_hwnd tav_window_focus_window(tav_hwnd window) {
 
 tav_hwnd tav_window_child_by_class(tav_hwnd parent, const wchar_t* class_name) {
     return GuardedHandle([&]() -> tav_hwnd {
-        if (class_name == nullptr)
+        if (class_name == nullptr || StrayText({class_name}))
             return nullptr;
         return cWindowsHelper().GetChildWindow(Window(parent), class_name);
     });
@@ -210,6 +230,8 @@ tav_sound tav_sound_create(void) {
 }
 
 int32_t tav_sound_play(tav_sound sound, const wchar_t* event_name, int32_t mode) {
+    if (StrayText({event_name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (sound == nullptr)
             return TAV_E_NULL_HANDLE;
@@ -246,6 +268,8 @@ int32_t tav_sound_application_name(wchar_t* buffer, size_t capacity, size_t* nee
 
 int32_t tav_browse_files(const wchar_t* filter, const wchar_t* initial_dir, const wchar_t* title, wchar_t* buffer,
                          size_t capacity, size_t* needed) {
+    if (StrayText({filter, initial_dir, title}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (filter == nullptr || initial_dir == nullptr || title == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -257,6 +281,8 @@ int32_t tav_browse_files(const wchar_t* filter, const wchar_t* initial_dir, cons
 
 int32_t tav_browse_for_folder(const wchar_t* title, const wchar_t* folder, tav_hwnd parent, wchar_t* buffer,
                               size_t capacity, size_t* needed) {
+    if (StrayText({title, folder}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (title == nullptr || folder == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;

@@ -33,6 +33,8 @@ extern "C" {
 
 int32_t tav_extract_program(const wchar_t* command_line, wchar_t* program, size_t program_capacity,
                             size_t* program_needed, wchar_t* args, size_t args_capacity, size_t* args_needed) {
+    if (StrayText({command_line}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (command_line == nullptr || BadBuffer(program, program_capacity) || BadBuffer(args, args_capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -45,6 +47,8 @@ int32_t tav_extract_program(const wchar_t* command_line, wchar_t* program, size_
 }
 
 int32_t tav_strip_trailing_argument(const wchar_t* line, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (StrayText({line}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (line == nullptr || BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -55,6 +59,8 @@ int32_t tav_strip_trailing_argument(const wchar_t* line, wchar_t* buffer, size_t
 }
 
 int32_t tav_is_valid_file(const wchar_t* path, int32_t strip_args) {
+    if (StrayText({path}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (path == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -63,6 +69,8 @@ int32_t tav_is_valid_file(const wchar_t* path, int32_t strip_args) {
 }
 
 int32_t tav_execute_command_line(const wchar_t* command_line, uint32_t show_cmd, int32_t wait, tav_handle* process) {
+    if (StrayText({command_line}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (command_line == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -74,6 +82,8 @@ int32_t tav_execute_command_line(const wchar_t* command_line, uint32_t show_cmd,
 
 int32_t tav_execute_program(const wchar_t* program, const wchar_t* parameters, uint32_t show_cmd, int32_t wait,
                             tav_handle* process) {
+    if (StrayText({program, parameters}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (program == nullptr || parameters == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -84,6 +94,8 @@ int32_t tav_execute_program(const wchar_t* program, const wchar_t* parameters, u
 }
 
 int32_t tav_exec_and_wait_for_init(const wchar_t* command_line, uint32_t show_cmd) {
+    if (StrayText({command_line}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (command_line == nullptr)
             return TAV_E_NULL_ARGUMENT;
@@ -108,6 +120,8 @@ int32_t tav_messengers_available(wchar_t* buffer, size_t capacity, size_t* neede
 }
 
 int32_t tav_launch_messenger(const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t { return name ? LaunchMessenger(name) : kNullArgument; });
 }
 
@@ -153,6 +167,8 @@ int32_t tav_process_full_name(uint32_t pid, wchar_t* buffer, size_t capacity, si
 }
 
 int32_t tav_process_is_running(const wchar_t* name, int32_t console_session_only) {
+    if (StrayText({name}))
+        return kNullArgument;
     return Guarded([&]() -> int32_t {
         if (name == nullptr)
             return TAV_E_NULL_ARGUMENT;

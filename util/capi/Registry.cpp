@@ -56,6 +56,8 @@ tav_registry tav_registry_create(void) {
 void tav_registry_destroy(tav_registry key) { delete key; }
 
 int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only) {
+    if (StrayText({path}))
+        return kNullArgument;
     return OnHandle(key, {path}, [&]() -> int32_t {
         const bool readOnly = Flag(read_only);
         return key->key.OpenKey(Key(root), path, readOnly);
@@ -72,6 +74,8 @@ int32_t tav_registry_is_valid(tav_registry key) {
 
 int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t* buffer, size_t capacity,
                                  size_t* needed) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         if (BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -82,10 +86,14 @@ int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t*
 }
 
 int32_t tav_registry_write_string(tav_registry key, const wchar_t* name, const wchar_t* value) {
+    if (StrayText({name, value}))
+        return kNullArgument;
     return OnHandle(key, {name, value}, [&]() -> int32_t { return key->key.WriteStringValue(name, value); });
 }
 
 int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data, uint32_t* size) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         static_assert(sizeof(unsigned long) == sizeof(uint32_t), "Windows' unsigned long is 32 bits");
         return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type), static_cast<unsigned char*>(data),
@@ -94,6 +102,8 @@ int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t
 }
 
 int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type, const void* data, uint32_t size) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         if (data == nullptr && size != 0)
             return TAV_E_NULL_ARGUMENT;
@@ -102,10 +112,14 @@ int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t t
 }
 
 int32_t tav_registry_delete_value(tav_registry key, const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t { return key->key.DeleteValue(name); });
 }
 
 int32_t tav_registry_delete_key(tav_registry key, const wchar_t* subkey) {
+    if (StrayText({subkey}))
+        return kNullArgument;
     return OnHandle(key, {subkey}, [&]() -> int32_t { return key->key.DeleteKey(subkey); });
 }
 
@@ -138,10 +152,14 @@ int32_t tav_settings_get_root(tav_settings settings, tav_hkey* root) {
 }
 
 int32_t tav_settings_create_key(tav_settings settings, const wchar_t* path) {
+    if (StrayText({path}))
+        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.CreateKey(path); });
 }
 
 int32_t tav_settings_set_key(tav_settings settings, const wchar_t* path, int32_t can_create) {
+    if (StrayText({path}))
+        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
 }
 
@@ -162,26 +180,38 @@ int32_t tav_settings_current_path(tav_settings settings, wchar_t* buffer, size_t
 }
 
 int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root) {
+    if (StrayText({path}))
+        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
 }
 
 int32_t tav_settings_delete_key(tav_settings settings, const wchar_t* path) {
+    if (StrayText({path}))
+        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.DeleteKey(path); });
 }
 
 int32_t tav_settings_delete_value(tav_settings settings, const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.DeleteValue(name); });
 }
 
 int32_t tav_settings_value_exists(tav_settings settings, const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.ValueExists(name); });
 }
 
 int32_t tav_settings_data_size(tav_settings settings, const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.GetDataSize(name); });
 }
 
 int32_t tav_settings_data_type(tav_settings settings, const wchar_t* name) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name},
                     [&]() -> int32_t { return static_cast<int32_t>(settings->settings.GetDataType(name)); });
 }
@@ -206,6 +236,8 @@ int32_t tav_settings_subkey_name(tav_settings settings, int32_t index, wchar_t* 
 }
 
 int32_t tav_settings_rename_value(tav_settings settings, const wchar_t* from, const wchar_t* to) {
+    if (StrayText({from, to}))
+        return kNullArgument;
     return OnHandle(settings, {from, to}, [&]() -> int32_t {
         settings->settings.RenameValue(from, to);
         return TAV_OK;
@@ -229,6 +261,8 @@ int32_t tav_settings_last_status(tav_settings settings) {
 
 int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def, wchar_t* buffer,
                                  size_t capacity, size_t* needed) {
+    if (StrayText({name, def}))
+        return kNullArgument;
     return OnHandle(settings, {name, def}, [&]() -> int32_t {
         if (BadBuffer(buffer, capacity))
             return TAV_E_NULL_ARGUMENT;
@@ -237,6 +271,8 @@ int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, con
 }
 
 int32_t tav_settings_read_dword(tav_settings settings, const wchar_t* name, uint32_t def, uint32_t* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadDword(name, def);
         return TAV_OK;
@@ -244,6 +280,8 @@ int32_t tav_settings_read_dword(tav_settings settings, const wchar_t* name, uint
 }
 
 int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadInt(name, def);
         return TAV_OK;
@@ -251,6 +289,8 @@ int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_
 }
 
 int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadBool(name, def);
         return TAV_OK;
@@ -258,6 +298,8 @@ int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32
 }
 
 int32_t tav_settings_read_color(tav_settings settings, const wchar_t* name, uint32_t def, uint32_t* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadColor(name, def);
         return TAV_OK;
@@ -265,6 +307,8 @@ int32_t tav_settings_read_color(tav_settings settings, const wchar_t* name, uint
 }
 
 int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, double def, double* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadFloat(name, def);
         return TAV_OK;
@@ -273,6 +317,8 @@ int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, doub
 
 int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* def,
                                     tav_date_time* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, def, value}, [&]() -> int32_t {
         COleDateTime fallback;
         std::memcpy(static_cast<void*>(&fallback), def, sizeof fallback);
@@ -282,12 +328,16 @@ int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name, 
 }
 
 int32_t tav_settings_read_binary(tav_settings settings, const wchar_t* name, void* data, uint32_t size) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, data}, [&]() -> int32_t {
         return settings->settings.ReadBinary(name, static_cast<unsigned char*>(data), size);
     });
 }
 
 int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_rect* rect) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, rect}, [&]() -> int32_t {
         CRect read(rect->left, rect->top, rect->right, rect->bottom);
         const int ok = settings->settings.ReadRect(name, &read);
@@ -297,6 +347,8 @@ int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_r
 }
 
 int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_point* point) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, point}, [&]() -> int32_t {
         CPoint read(point->x, point->y);
         const int ok = settings->settings.ReadPoint(name, &read);
@@ -306,6 +358,8 @@ int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_
 }
 
 int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_size* size) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, size}, [&]() -> int32_t {
         CSize read(size->cx, size->cy);
         const int ok = settings->settings.ReadSize(name, &read);
@@ -315,6 +369,8 @@ int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_s
 }
 
 int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_logfont* font) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, font}, [&]() -> int32_t {
         CFont read;
         LOGFONTW description = {};
@@ -326,30 +382,44 @@ int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_l
 }
 
 int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name, const wchar_t* value) {
+    if (StrayText({name, value}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t { return settings->settings.WriteString(name, value); });
 }
 
 int32_t tav_settings_write_dword(tav_settings settings, const wchar_t* name, uint32_t value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
 }
 
 int32_t tav_settings_write_int(tav_settings settings, const wchar_t* name, int32_t value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteInt(name, value); });
 }
 
 int32_t tav_settings_write_bool(tav_settings settings, const wchar_t* name, int32_t value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteBool(name, value); });
 }
 
 int32_t tav_settings_write_color(tav_settings settings, const wchar_t* name, uint32_t value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
 }
 
 int32_t tav_settings_write_float(tav_settings settings, const wchar_t* name, double value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
 }
 
 int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* value) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         COleDateTime written;
         std::memcpy(static_cast<void*>(&written), value, sizeof written);
@@ -358,6 +428,8 @@ int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name,
 }
 
 int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name, const tav_rect* rect) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, rect}, [&]() -> int32_t {
         CRect written(rect->left, rect->top, rect->right, rect->bottom);
         return settings->settings.WriteRect(name, &written);
@@ -365,6 +437,8 @@ int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name, cons
 }
 
 int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name, const tav_point* point) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, point}, [&]() -> int32_t {
         CPoint written(point->x, point->y);
         return settings->settings.WritePoint(name, &written);
@@ -372,6 +446,8 @@ int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name, con
 }
 
 int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name, const tav_size* size) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, size}, [&]() -> int32_t {
         CSize written(size->cx, size->cy);
         return settings->settings.WriteSize(name, &written);
@@ -379,6 +455,8 @@ int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name, cons
 }
 
 int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name, const tav_logfont* font) {
+    if (StrayText({name}))
+        return kNullArgument;
     return OnHandle(settings, {name, font}, [&]() -> int32_t {
         LOGFONTW description;
         std::memcpy(&description, font, sizeof description);

@@ -8,6 +8,8 @@
  *
  * - Text in: const wchar_t*, UTF-16, NUL-terminated. A null pointer where text is expected gives
  *   TAV_E_NULL_ARGUMENT (the automation functions alone accept null names, as their C++ form does).
+ *   A non-null text pointer below 0x10000 is taken for a stray integer, never read, and gives
+ *   TAV_E_NULL_ARGUMENT in every function (tav_window_child_by_class: a null window).
  * - Text out: a caller buffer, its capacity in wchar_t units, and `needed` (may be null), which receives
  *   the units the whole answer needs, its terminating NUL included. When the capacity is smaller, nothing
  *   at all is written to the buffer and the call returns TAV_E_BUFFER_TOO_SMALL (never a silent
@@ -227,7 +229,7 @@ TAVUTIL_C_API tav_grabber tav_foreground_grabber_begin(void);
 TAVUTIL_C_API int32_t tav_foreground_grabber_is_attached(tav_grabber grabber); /* 1 or 0 */
 TAVUTIL_C_API void tav_foreground_grabber_end(tav_grabber grabber);
 /* cWindowsHelper: the focus window of `window`'s thread; the descendant of `parent` of class `class_name`
- * (null when none, and for a null class name); the handle as text. */
+ * (null when none, and for a null or stray class name); the handle as text. */
 TAVUTIL_C_API tav_hwnd tav_window_focus_window(tav_hwnd window);
 TAVUTIL_C_API tav_hwnd tav_window_child_by_class(tav_hwnd parent, const wchar_t* class_name);
 TAVUTIL_C_API int32_t tav_window_handle_to_text(tav_hwnd window, wchar_t* buffer, size_t capacity, size_t* needed);

@@ -62,32 +62,16 @@ CStdStr<wchar_t> TypeNameOf(IDispatch* object) {
     return CStdStr<wchar_t>(name.get());
 }
 
-// Values whose type holds no pointer: empty and null, the integers, reals, currency, date, error code,
-// boolean and decimal. GetPropW and GetDisp read such a value as nothing: taking its number for a
-// pointer could only crash the host. Every other type is read without a check, as it always was.
-bool HoldsNoPointer(VARTYPE type) {
-    switch (type) {
-    case VT_EMPTY:
-    case VT_NULL:
-    case VT_I1:
-    case VT_I2:
-    case VT_I4:
-    case VT_I8:
-    case VT_INT:
-    case VT_UI1:
-    case VT_UI2:
-    case VT_UI4:
-    case VT_UI8:
-    case VT_UINT:
-    case VT_R4:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-    case VT_ERROR:
-    case VT_BOOL:
-    case VT_DECIMAL: return true;
-    default: return false;
-    }
+// An object-valued property as IDispatch: a VT_DISPATCH value is the pointer itself; a VT_UNKNOWN value is
+// asked for IDispatch. Any other value is not an object: its bytes were put there by another program, and
+// taking them for an interface pointer would let that program choose the code the host runs.
+CComPtr<IDispatch> DispatchOf(const VARIANT& value) {
+    if (value.vt == VT_DISPATCH)
+        return CComPtr<IDispatch>(value.pdispVal);  // a reference of its own before the VARIANT is cleared
+    CComPtr<IDispatch> queried;
+    if (value.vt == VT_UNKNOWN && value.punkVal != nullptr)
+        value.punkVal->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&queried));
+    return queried;
 }
 
 }  // namespace
@@ -108,14 +92,16 @@ bool GetPropBool(CComQIPtr<IDispatch>& object, const wchar_t* name) {
 
 CComPtr<IDispatch> GetDisp(CComQIPtr<IDispatch>& object, const wchar_t* name) {
     tav::UniqueVariant value;
-    if (!ReadProperty(object, name, value) || HoldsNoPointer(value->vt))
+    if (!ReadProperty(object, name, value))
         return {};
-    return CComPtr<IDispatch>(value->pdispVal);  // a reference of its own before the VARIANT is cleared
+    return DispatchOf(*value.get());
 }
 
 CStdStr<wchar_t> GetPropW(CComQIPtr<IDispatch>& object, const wchar_t* name) {
     tav::UniqueVariant value;
-    if (!ReadProperty(object, name, value) || HoldsNoPointer(value->vt))
+    // Only a string is read as one: any other value's pointer (an object, a reference, an array) has no
+    // length word in front of it to read.
+    if (!ReadProperty(object, name, value) || value->vt != VT_BSTR)
         return {};
     tav::UniqueBstr copy(SysAllocStringLen(value->bstrVal, SysStringLen(value->bstrVal)));
     return CStdStr<wchar_t>(copy.get());

@@ -16,14 +16,35 @@ constexpr DWORD kOpenFileNameSizeOld = 136;
 constexpr DWORD kOpenFileFlags =
     OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST | OFN_EXPLORER | OFN_NODEREFERENCELINKS;
 
+// Where a walk of `list` (with the terminator after it) as the dialog walks it ends: pairs of description
+// and pattern, each ended by a NUL, until a description is empty. An answer past list.size() means the
+// dialog would read beyond the copy.
+size_t EndOfFilterWalk(const CStdStr<wchar_t>& list) {
+    const size_t end = list.size();  // the terminator's position
+    size_t at = 0;
+    while (at < end && list[at] != L'\0') {
+        at = list.find(L'\0', at);  // the description's NUL (npos: the terminator)
+        at = (at == CStdStr<wchar_t>::npos ? end : at) + 1;
+        if (at > end)
+            return at;  // a description with no pattern after it
+        at = list.find(L'\0', at);
+        at = (at == CStdStr<wchar_t>::npos ? end : at) + 1;
+    }
+    return at;
+}
+
 // The filter in the dialog's form: "|" becomes NUL, the last "|" is dropped so that the string's own
-// terminator and the NUL before it end the list. An empty filter (which the form does not allow) gives
+// terminator and the NUL before it end the list. A filter that does not end in "|" (or holds a description
+// without its pattern) would leave the dialog reading past the copy: the list then gets the NULs that end it
+// inside the copy. A well-formed filter gains nothing. An empty filter (which the form does not allow) gives
 // no filter at all rather than reading before the string.
 CStdStr<wchar_t> DialogFilter(const CStdStr<wchar_t>& filter) {
     CStdStr<wchar_t> list = filter;
     if (!list.empty())
         list.pop_back();
     std::replace(list.begin(), list.end(), L'|', L'\0');
+    while (EndOfFilterWalk(list) > list.size())
+        list.push_back(L'\0');
     return list;
 }
 

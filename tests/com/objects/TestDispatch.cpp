@@ -1,21 +1,67 @@
 #include "TestDispatch.h"
 
+#include <cstring>
 #include <cwchar>
 
 namespace comtest {
 
 namespace {
 
-enum : DISPID { kName = 1, kIntOne, kBoolOne, kBoolTrue, kIntFFFF, kCount, kFlag, kChild, kReal, kNull, kPrice };
+enum : DISPID {
+    kName = 1,
+    kIntOne,
+    kBoolOne,
+    kBoolTrue,
+    kIntFFFF,
+    kCount,
+    kFlag,
+    kChild,
+    kReal,
+    kNull,
+    kPrice,
+    kCrafted,
+    kChildUnknown,
+    kPlain,
+    kNoObject,
+    kNameByRef
+};
 
 struct Property {
     const wchar_t* name;
     DISPID id;
 };
-constexpr Property kProperties[] = {{L"Name", kName},         {L"IntOne", kIntOne},   {L"BoolOne", kBoolOne},
-                                    {L"BoolTrue", kBoolTrue}, {L"IntFFFF", kIntFFFF}, {L"Count", kCount},
-                                    {L"Flag", kFlag},         {L"Child", kChild},     {L"Real", kReal},
-                                    {L"Null", kNull},         {L"Price", kPrice}};
+constexpr Property kProperties[] = {{L"Name", kName},
+                                    {L"IntOne", kIntOne},
+                                    {L"BoolOne", kBoolOne},
+                                    {L"BoolTrue", kBoolTrue},
+                                    {L"IntFFFF", kIntFFFF},
+                                    {L"Count", kCount},
+                                    {L"Flag", kFlag},
+                                    {L"Child", kChild},
+                                    {L"Real", kReal},
+                                    {L"Null", kNull},
+                                    {L"Price", kPrice},
+                                    {L"Crafted", kCrafted},
+                                    {L"ChildUnknown", kChildUnknown},
+                                    {L"Plain", kPlain},
+                                    {L"NoObject", kNoObject},
+                                    {L"NameByRef", kNameByRef}};
+
+// The table that the bytes of "Crafted" point at: three entries, where an interface keeps QueryInterface,
+// AddRef and Release. Each entry counts its calls and does nothing else.
+volatile LONG craftedCalls = 0;
+ULONG STDMETHODCALLTYPE CountCraftedCall(void*) { return static_cast<ULONG>(InterlockedIncrement(&craftedCalls)); }
+using CraftedEntry = ULONG(STDMETHODCALLTYPE*)(void*);
+const CraftedEntry kCraftedTable[3] = {CountCraftedCall, CountCraftedCall, CountCraftedCall};
+
+// A BSTR whose first eight bytes are the table's address: read as an object, it is an object whose
+// functions are the table's.
+BSTR CraftedString() {
+    const void* table = kCraftedTable;
+    BSTR text = SysAllocStringLen(nullptr, sizeof table / sizeof(OLECHAR));
+    memcpy(text, &table, sizeof table);
+    return text;
+}
 
 }  // namespace
 
@@ -25,7 +71,10 @@ TestDispatch::TestDispatch(std::wstring name, bool offersDispatch)
 TestDispatch::~TestDispatch() {
     if (child_ != nullptr)
         child_->Release();
+    SysFreeString(nameForReference_);
 }
+
+long TestDispatch::CraftedCalls() { return craftedCalls; }
 
 HRESULT TestDispatch::QueryInterface(REFIID iid, void** object) {
     if (object == nullptr)
@@ -118,6 +167,21 @@ HRESULT TestDispatch::Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPP
         result->vt = VT_DISPATCH;
         result->pdispVal = Child();
         result->pdispVal->AddRef();
+        return S_OK;
+    case kCrafted: result->vt = VT_BSTR, result->bstrVal = CraftedString(); return S_OK;
+    case kChildUnknown:
+        result->vt = VT_UNKNOWN;
+        result->punkVal = Child();
+        result->punkVal->AddRef();
+        return S_OK;
+    case kPlain: result->vt = VT_UNKNOWN, result->punkVal = new TestDispatch(L"plain", false); return S_OK;
+    case kNoObject: result->vt = VT_DISPATCH, result->pdispVal = nullptr; return S_OK;
+    case kNameByRef:
+        // A reference stays the server's: VariantClear does not free what it points at.
+        if (nameForReference_ == nullptr)
+            nameForReference_ = SysAllocString(name_.c_str());
+        result->vt = VT_BYREF | VT_BSTR;
+        result->pbstrVal = &nameForReference_;
         return S_OK;
     default: return DISP_E_MEMBERNOTFOUND;
     }

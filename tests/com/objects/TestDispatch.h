@@ -16,6 +16,10 @@ public:
     // holding 1), "BoolTrue" (VT_BOOL VARIANT_TRUE), "IntFFFF" (VT_I4 0xFFFF), "Count" (VT_I4 42),
     // "Flag" (VT_BOOL, writable), "Child" (VT_DISPATCH: a second TestDispatch named "child"), "Real" (VT_R8
     // 1.5), "Null" (VT_NULL), "Price" (VT_CY 0x123456789ABC).
+    // Values of a hostile or careless server: "Crafted" (VT_BSTR whose bytes are the address of a table of
+    // functions, as an interface pointer's are: see CraftedCalls), "ChildUnknown" (VT_UNKNOWN: the child),
+    // "Plain" (VT_UNKNOWN: an object that answers only IUnknown), "NoObject" (VT_DISPATCH null),
+    // "NameByRef" (VT_BYREF | VT_BSTR: the address of a BSTR holding the name).
     // Without `offersDispatch` the object answers only IUnknown.
     explicit TestDispatch(std::wstring name, bool offersDispatch = true);
 
@@ -52,6 +56,9 @@ public:
     const std::vector<Call>& Calls() const { return calls_; }
     const std::vector<Lookup>& Lookups() const { return lookups_; }
     BSTR LastStringHandedOut() const { return lastString_; }
+    // How often a function of the table behind "Crafted" was called: a reader that took the string for an
+    // object called it (AddRef, Release); the bytes chose what ran.
+    static long CraftedCalls();
 
 private:
     ~TestDispatch();
@@ -61,7 +68,8 @@ private:
     bool offersDispatch_;
     bool flag_ = false;
     IDispatch* child_ = nullptr;
-    BSTR lastString_ = nullptr;  // not owned: the caller frees what Invoke hands out
+    BSTR nameForReference_ = nullptr;  // what "NameByRef" points at; owned
+    BSTR lastString_ = nullptr;        // not owned: the caller frees what Invoke hands out
     std::vector<Call> calls_;
     std::vector<Lookup> lookups_;
 };

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <list>
 #include <string>
 
@@ -15,6 +16,16 @@ namespace tav::capi {
 // The C layer's codes as plain numbers, for conditional expressions that mix them with other results.
 constexpr int32_t kNullArgument = TAV_E_NULL_ARGUMENT;
 constexpr int32_t kNullHandle = TAV_E_NULL_HANDLE;
+
+// A text pointer below 0x10000 that is not null is a stray number, never text: the C++ interface reads such
+// a pointer as the number of a string in the host's resources, which a C host never means. Every function
+// refuses it with TAV_E_NULL_ARGUMENT before anything else; null keeps the meaning each function gives it.
+inline bool StrayText(std::initializer_list<const wchar_t*> texts) {
+    for (const wchar_t* text : texts)
+        if (text != nullptr && reinterpret_cast<uintptr_t>(text) < 0x10000)
+            return true;
+    return false;
+}
 
 // A null buffer is allowed only with capacity 0 (a size query).
 inline bool BadBuffer(const void* buffer, size_t capacity) { return buffer == nullptr && capacity != 0; }

@@ -4,6 +4,7 @@
 
 #include <cwchar>
 #include <cwctype>
+#include <string>
 
 namespace tav::keys::detail {
 
@@ -23,6 +24,14 @@ const wchar_t* ReadWord(const wchar_t* p, wchar_t (&word)[kMaxWord + 1]) {
             word[length++] = *p;
     word[length] = L'\0';
     return p;
+}
+
+// The same for a word whose end is already known: copies at most kMaxWord characters of it.
+void ReadWord(const wchar_t* p, wchar_t (&word)[kMaxWord + 1], const wchar_t* end) {
+    size_t length = 0;
+    for (; p != end && length < kMaxWord; ++p)
+        word[length++] = *p;
+    word[length] = L'\0';
 }
 
 bool Is(const wchar_t* word, const wchar_t* command) { return _wcsicmp(word, command) == 0; }
@@ -48,12 +57,47 @@ SKERR ChooseMenuItem(HWND window, int top, int item) {
     return SKERR_COMMANDDONE;
 }
 
+// The text after a word up to the next '{' (which starts the next word). No number reader after a command
+// word ("%x", "%x %x %x", "%d %d") can read a '{', so swscanf gives the same answers on this copy as on the
+// whole rest of the script; but its cost no longer grows with the script's length (the runtime's swscanf
+// measures the whole string it is given: done at every brace, that made the scan quadratic). The copies of
+// successive words do not overlap.
+std::wstring NumberText(const wchar_t* rest) {
+    const wchar_t* end = rest;
+    while (*end != L'\0' && *end != L'{')
+        ++end;
+    return std::wstring(rest, end);
+}
+
+// The word at a position, the text after it and the number read there. Positions inside one word share its
+// end and what follows it, so consecutive positions of a run of braces read them once.
+struct WordScanner {
+    const wchar_t* wordEnd = nullptr;  // the end of the word last read (a blank or the terminator)
+    std::wstring numberText;           // the number text after it
+    bool numberRead = false;           // whether "%x" was already applied to it
+
+    // Reads the word at `position` and returns the number text after it.
+    const std::wstring& Read(const wchar_t* position, wchar_t (&word)[kMaxWord + 1], unsigned& number) {
+        if (wordEnd == nullptr || position >= wordEnd) {
+            wordEnd = ReadWord(position, word);
+            numberText = NumberText(wordEnd);
+            numberRead = false;
+        } else {
+            ReadWord(position, word, wordEnd);
+        }
+        // Reading the same text again gives the same number, or leaves it as it is: once is enough.
+        if (!numberRead)
+            swscanf(numberText.c_str(), L"%x", &number);
+        numberRead = true;
+        return numberText;
+    }
+};
+
 // Carries out the command word at `position`, if there is one there. `number` is the hexadecimal number
 // after the word; it keeps the value of an earlier position when none follows (as it always has).
-SKERR CarryOutWordAt(HWND window, const wchar_t* position, unsigned& number) {
+SKERR CarryOutWordAt(HWND window, const wchar_t* position, WordScanner& scanner, unsigned& number) {
     wchar_t word[kMaxWord + 1] = L"";
-    const wchar_t* rest = ReadWord(position, word);
-    swscanf(rest, L"%x", &number);
+    const wchar_t* rest = scanner.Read(position, word, number).c_str();
     if (Is(word, L"{PostCommand")) {
         PostMessageW(window, WM_COMMAND, number, 0);
         return SKERR_COMMANDDONE;
@@ -92,9 +136,10 @@ SKERR CarryOutCommandWords(const wchar_t* script) {
     // Every word is tried at the script's start and at every '{', so command words may stand anywhere.
     SKERR result = SKERR_NONE;
     unsigned number = 0;
+    WordScanner scanner;
     for (const wchar_t* position = script; position != nullptr && *position != L'\0';
          position = wcschr(position + 1, L'{')) {
-        SKERR done = CarryOutWordAt(window, position, number);
+        SKERR done = CarryOutWordAt(window, position, scanner, number);
         if (done == SKERR_MENUFAILED)
             return done;
         if (done == SKERR_COMMANDDONE)
