@@ -2,11 +2,13 @@
 // a file no one here wrote: Wine's own kernel32.dll, checked against raw VerQueryValueW reads.
 #include <TavUtil.h>
 
+#include "ImportHook.h"
 #include "TestSupport.h"
 #include "VersionBlock.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -317,6 +319,31 @@ TEST(VerInfo, AWellFormedSixteenBitLibraryIsRead) {
         EXPECT_EQ(info.GetStringValue(L"\\CompanyName", out), 1);
         EXPECT_EQ(out, L"Sixteen Company");
     }
+}
+
+// The largest block TavUtil.dll asked the runtime for while the watch was on.
+size_t g_largestAllocation = 0;
+tavtest::ImportHook* g_mallocHook = nullptr;
+void* __cdecl RecordMalloc(size_t size) {
+    g_largestAllocation = std::max(g_largestAllocation, size);
+    return g_mallocHook->original<void*(__cdecl*)(size_t)>()(size);
+}
+
+// A 16-bit block shorter than its fixed part: the platform's reckoning of the room it needs wraps to about
+// 4 GiB. The object reads the file as one without data, and never asks for that much memory.
+TEST(VerInfo, ASixteenBitBlockShorterThanItsFixedPartLeavesTheObjectEmptyWithoutAHugeBuffer) {
+    const std::string block = tavtest::SixteenBitNode("VS_VERSION_INFO", "");
+    ASSERT_LT(block.size(), 52u);
+    SixteenBitFile file(block);
+    ASSERT_GT(GetFileVersionInfoSizeW(file.path().c_str(), nullptr), 4u * 0x10000)
+        << "the platform's reckoning no longer wraps for this block";
+    ProbeVerInfo info;
+    tavtest::ImportHook watch("msvcrt.dll", "malloc", reinterpret_cast<void*>(&RecordMalloc));
+    ASSERT_TRUE(watch.installed());
+    g_mallocHook = &watch;
+    g_largestAllocation = 0;
+    EXPECT_EQ(info.Init(file.path().c_str()), 0);
+    EXPECT_LT(g_largestAllocation, size_t{1} << 20);
 }
 
 TEST(VerInfo, ASixteenBitRootLongerThanItsResourceLeavesTheObjectEmpty) {

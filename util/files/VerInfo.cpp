@@ -152,6 +152,9 @@ bool QueriesStayInside(const BYTE* block, size_t size) {
     return VersionBlock{block, rootLength, sixteenBit}.NodeIsInside(0, 0);
 }
 
+// The largest size the platform asks for a real block (see Init).
+constexpr DWORD kMaxPlatformBlockSize = 4 * 0x10000;
+
 }  // namespace
 
 CVerInfo::CVerInfo() = default;
@@ -169,6 +172,12 @@ int CVerInfo::Init(const wchar_t* file) {
     DWORD size = GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
     if (size == 0)
         return 0;  // no data; the strings keep what they held
+    // A version block counts its length in a 16-bit word, and the platform asks for at most four times that
+    // (a 16-bit block gets room for its texts converted). A larger size is not a block's: the platform's
+    // reckoning for a 16-bit block shorter than its fixed part wraps to about 4 GiB, which would be allocated
+    // and cleared in the host. Such a file is read as one without data.
+    if (size > kMaxPlatformBlockSize)
+        return 0;
     // Zero-filled, so that a read past the resource but inside the buffer finds the same bytes every time.
     m_data.reset(new (std::nothrow) BYTE[size]());
     if (!m_data || !GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get()) ||
