@@ -3,11 +3,14 @@
 // never loaded (it would leave a marker file beside itself), and the answers are the system DLL's.
 //
 // Wine 8, as measured here (with the session's WINEDLLOVERRIDES="mscoree,mshtml=" and no setting for dwmapi):
-// a plain LoadLibraryW("dwmapi.dll") loads a native copy beside the program in preference to Wine's own
-// dwmapi.dll, as Windows does, so no load-order setting is needed (PlainLoadTakesThePlantedCopy keeps
-// showing it); the old plain load in cVistaHelper took the copy and answered "composition on" where the
-// system says off. LoadLibraryExW with LOAD_LIBRARY_SEARCH_SYSTEM32 is honoured: it loads
-// C:\windows\system32\dwmapi.dll and leaves both copies alone.
+// - a plain LoadLibraryW("dwmapi.dll") loads a native copy beside the program in preference to Wine's own
+//   dwmapi.dll, as Windows does, so no load-order setting is needed (PlainLoadTakesThePlantedCopy keeps
+//   showing it); the old plain load in cVistaHelper took the copy and answered "composition on" where the
+//   system says off;
+// - a copy in the current folder alone is not taken by a plain load: the system folder comes first, as in
+//   Windows' safe search order;
+// - LoadLibraryExW with LOAD_LIBRARY_SEARCH_SYSTEM32 is honoured: it loads C:\windows\system32\dwmapi.dll
+//   and leaves both copies alone.
 #include <TavUtil.h>
 
 #include "TestSupport.h"
