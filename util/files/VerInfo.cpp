@@ -1,8 +1,13 @@
 #include "files/VerInfo.h"
 
+#include "files/detail/VersionFunctions.h"
+
 #include <algorithm>
 #include <cwctype>
 #include <new>
+
+// version.dll is bound at run time, from the system folder only.
+namespace version = tav::version;
 
 namespace {
 
@@ -169,7 +174,7 @@ CVerInfo::~CVerInfo() = default;
 int CVerInfo::Init(const wchar_t* file) {
     m_fileName = file;
     DWORD ignored = 0;
-    DWORD size = GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
+    DWORD size = version::GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
     if (size == 0)
         return 0;  // no data; the strings keep what they held
     // A version block counts its length in a 16-bit word, and the platform asks for at most four times that
@@ -180,7 +185,7 @@ int CVerInfo::Init(const wchar_t* file) {
         return 0;
     // Zero-filled, so that a read past the resource but inside the buffer finds the same bytes every time.
     m_data.reset(new (std::nothrow) BYTE[size]());
-    if (!m_data || !GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get()) ||
+    if (!m_data || !version::GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get()) ||
         !QueriesStayInside(m_data.get(), size)) {
         // A damaged block is not read at all, as if the file had none.
         m_data.reset();
@@ -189,7 +194,7 @@ int CVerInfo::Init(const wchar_t* file) {
     m_size = size;
     void* translation = nullptr;
     UINT length = 0;
-    if (VerQueryValueW(m_data.get(), L"\\VarFileInfo\\Translation", &translation, &length) && length == 4) {
+    if (version::VerQueryValueW(m_data.get(), L"\\VarFileInfo\\Translation", &translation, &length) && length == 4) {
         const WORD* words = static_cast<const WORD*>(translation);
         m_languageCode.Format(L"%.4x", words[0]);
         m_codePage.Format(L"%.4x", words[1]);
@@ -227,7 +232,7 @@ int CVerInfo::GetStringValue(const wchar_t* subPath, CStdStr<wchar_t>& out) {
     CStdStr<wchar_t> query = m_prefix + subPath;
     void* value = nullptr;
     UINT length = 0;
-    if (!VerQueryValueW(m_data.get(), query.c_str(), &value, &length) || value == nullptr)
+    if (!version::VerQueryValueW(m_data.get(), query.c_str(), &value, &length) || value == nullptr)
         return 0;
     // `length` counts characters, the terminator included; it bounds the read, and so does the block's end:
     // a value whose type says bytes is read as characters all the same.
@@ -244,7 +249,7 @@ const VS_FIXEDFILEINFO* CVerInfo::FixedInfo() const {
         return nullptr;
     void* block = nullptr;
     UINT length = 0;
-    if (!VerQueryValueW(m_data.get(), L"\\", &block, &length) || length < sizeof(VS_FIXEDFILEINFO))
+    if (!version::VerQueryValueW(m_data.get(), L"\\", &block, &length) || length < sizeof(VS_FIXEDFILEINFO))
         return nullptr;
     return static_cast<const VS_FIXEDFILEINFO*>(block);
 }
