@@ -6,6 +6,12 @@ install(TARGETS TavUtil EXPORT TavUtilTargets
     RUNTIME DESTINATION bin
     LIBRARY DESTINATION lib
     ARCHIVE DESTINATION lib)
+# The installed DLL is stripped (no symbol table, no debug sections); its debug information goes into
+# TavUtil.dll.debug beside it, which the DLL names in its .gnu_debuglink section (with a checksum), so that a
+# crash address resolves to a function and a source line: x86_64-w64-mingw32-addr2line -f -e TavUtil.dll.debug.
+# The DLL in the build folder keeps everything.
+install(CODE "set(TAVUTIL_OBJCOPY \"${CMAKE_OBJCOPY}\")")
+install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/TavUtilStripInstalled.cmake)
 foreach(header IN LISTS TAVUTIL_PUBLIC_HEADERS)
     get_filename_component(area ${header} DIRECTORY)
     install(FILES ${CMAKE_SOURCE_DIR}/util/${header} DESTINATION include/TavUtil/${area})

@@ -81,11 +81,13 @@ static char* read_file_bytes(const wchar_t* path) {
 void test_logging(void) {
     wchar_t path[MAX_PATH];
     wchar_t missing[MAX_PATH];
+    wchar_t lookups[MAX_PATH];
     char* bytes;
     int level;
 
     swprintf(path, MAX_PATH, L"%lslog.txt", g_scratch);
     swprintf(missing, MAX_PATH, L"%lsno\\such\\folder\\log.txt", g_scratch);
+    swprintf(lookups, MAX_PATH, L"%lslookups.txt", g_scratch);
 
     EXPECT_INT(1, tav_log_set_output(TAV_LOG_TO_FILE, path));
     EXPECT_INT(TAV_OK, tav_log_set_reporting_level(2));
@@ -120,6 +122,28 @@ void test_logging(void) {
     EXPECT_INT(3, tav_log_level_from_name(L"DEBUG"));
     EXPECT_INT(2, tav_log_level_from_name(L"debug")); /* exact match only: anything else is INFO */
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_log_level_from_name(NULL));
+
+    /* A name lookup writes nothing to the log; an unknown name writes its warning, one record and no more. */
+    DeleteFileW(lookups);
+    EXPECT_INT(1, tav_log_set_output(TAV_LOG_TO_FILE, lookups));
+    EXPECT_INT(7, tav_log_level_from_name(L"DEBUG4"));
+    EXPECT_INT(2, tav_log_level_from_name(L"INFO"));
+    EXPECT_INT(0, tav_log_level_from_name(L"ERROR"));
+    EXPECT_INT(1, tav_log_set_output(TAV_LOG_TO_NONE, NULL));
+    bytes = read_file_bytes(lookups);
+    EXPECT_INT(0, (int)strlen(bytes));
+    free(bytes);
+    EXPECT_INT(1, tav_log_set_output(TAV_LOG_TO_FILE, lookups));
+    EXPECT_INT(2, tav_log_level_from_name(L"Info"));
+    EXPECT_INT(1, tav_log_set_output(TAV_LOG_TO_NONE, NULL));
+    bytes = read_file_bytes(lookups);
+    EXPECT_TRUE(strncmp(bytes, "\t<log time=", 11) == 0);
+    EXPECT_TRUE(strstr(bytes, "message=\"Unknown logging level 'Info'. Using INFO level as default.\"/>") != NULL);
+    EXPECT_TRUE(strstr(bytes, "\"/>") == strrchr(bytes, '/') - 1); /* one record's end */
+    EXPECT_TRUE(strchr(bytes, '\n') == bytes + strlen(bytes) - 1); /* one line */
+    free(bytes);
+    DeleteFileW(lookups);
+
     EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_log_set_reporting_level(8));
     EXPECT_INT(2, tav_log_reporting_level());
 

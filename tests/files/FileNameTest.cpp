@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -247,12 +249,46 @@ TEST(FileName, CreateDirectoryWithoutRecursionNeedsTheParent) {
 }
 
 // Without a drive letter the climb ends at a lone backslash, which is its own parent: a folder that
-// cannot be created gives 0 instead of climbing forever.
+// cannot be created gives 0 instead of climbing forever, doubled separators included.
 TEST(FileName, CreateDirectoryWithoutADriveEndsItsClimb) {
-    for (const wchar_t* path : {L"\\tav<bad>\\d\\f.txt", L"\\\\tav<bad>\\share\\d\\f.txt", L"tav<bad>\\d\\f.txt"}) {
+    for (const wchar_t* path : {L"\\tav<bad>\\d\\f.txt", L"\\\\tav<bad>\\share\\d\\f.txt", L"tav<bad>\\d\\f.txt",
+                                L"\\tav<bad>\\\\d\\f.txt", L"\\\\f.txt", L"\\tav<bad>\\d\\\\f.txt"}) {
         CFileName name(path);
         EXPECT_EQ(name.CreateDirectoryW(1), 0) << Text(name);
     }
+}
+
+// The names in a folder, sorted ("." and ".." left out).
+std::vector<std::wstring> FolderEntries(const std::wstring& folder) {
+    std::vector<std::wstring> names;
+    WIN32_FIND_DATAW found;
+    HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return names;
+    do {
+        const std::wstring name = found.cFileName;
+        if (name != L"." && name != L"..")
+            names.push_back(name);
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// A doubled separator before the file name leaves the folder with a backslash at its end: its parent's
+// folder is shorter, so the climb goes on and creates every missing folder. The last step asks for the
+// folder with its backslash, which exists by then, so the result is 0.
+TEST(FileName, CreateDirectoryWithADoubledSeparatorOnADriveCreatesTheFolders) {
+    tavtest::TempDir dir(L"fnmkdir");
+    ASSERT_EQ(dir.path().compare(1, 2, L":\\"), 0) << "a drive path: " << tavtest::Narrow(dir.path());
+    ASSERT_TRUE(CreateDirectoryW((dir / L"x").c_str(), nullptr));
+    CFileName target((dir / L"x\\a\\b\\\\f.txt").c_str());
+    EXPECT_EQ(target.CreateDirectoryW(1), 0);
+    EXPECT_EQ(FolderEntries(dir / L"x"), std::vector<std::wstring>{L"a"});
+    EXPECT_EQ(FolderEntries(dir / L"x\\a"), std::vector<std::wstring>{L"b"});
+    EXPECT_EQ(FolderEntries(dir / L"x\\a\\b"), std::vector<std::wstring>{});
+    EXPECT_EQ(target.CreateDirectoryW(1), 0);  // everything is there: nothing more is created
+    EXPECT_EQ(FolderEntries(dir / L"x\\a\\b"), std::vector<std::wstring>{});
 }
 
 TEST(FileName, ModuleConstructorForThisExecutableAndTheDll) {

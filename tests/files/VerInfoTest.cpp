@@ -2,11 +2,13 @@
 // a file no one here wrote: Wine's own kernel32.dll, checked against raw VerQueryValueW reads.
 #include <TavUtil.h>
 
+#include "ImportHook.h"
 #include "TestSupport.h"
 #include "VersionBlock.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -247,11 +249,123 @@ TEST(VerInfo, AKeyWithoutItsEndLeavesTheObjectEmpty) {
 }
 
 TEST(VerInfo, ABlockInTheSixteenBitLayoutLeavesTheObjectEmpty) {
-    // A character where the 32-bit layout has its type makes the platform read the block as 16-bit.
+    // A character where the 32-bit layout has its type makes the platform read the block as 16-bit, and
+    // convert its texts into room reckoned for a 16-bit file: past the end of the buffer sized for this one.
     DamagedCopy copy;
     copy.Put16(4, 'V');
     CVerInfo info;
     EXPECT_EQ(info.Init(copy.Write().c_str()), 0);
+    ExpectEmpty(info);
+}
+
+// ---- 16-bit libraries -------------------------------------------------------------------------------------
+
+// The version block of a 16-bit library with five strings in the table 040904E4 and that translation. With
+// `textsLast` the string table comes after the translation, and `openLastText` leaves the last text without
+// its NUL: the block then ends inside that text.
+std::string SixteenBitBlock(bool textsLast = false, bool openLastText = false) {
+    using tavtest::SixteenBitNode;
+    using tavtest::SixteenBitText;
+    const std::vector<std::string> strings = {
+        SixteenBitNode("CompanyName", SixteenBitText("Sixteen Company")),
+        SixteenBitNode("FileDescription", SixteenBitText("A 16-bit library  ")),
+        SixteenBitNode("FileVersion", SixteenBitText("3.10.0.7")),
+        SixteenBitNode("ProductVersion", SixteenBitText("3.10")),
+        SixteenBitNode("ProductName",
+                       openLastText ? std::string("Sixteen Product") : SixteenBitText("Sixteen Product")),
+    };
+    const std::string texts = SixteenBitNode("StringFileInfo", "", {SixteenBitNode("040904E4", "", strings)});
+    const std::string translation =
+        SixteenBitNode("VarFileInfo", "", {SixteenBitNode("Translation", std::string("\x09\x04\xE4\x04", 4))});
+    return SixteenBitNode("VS_VERSION_INFO", tavtest::FixedFileInfo(0x0003000A, 0x00000007, 0x0003000A, 0),
+                          textsLast ? std::vector<std::string>{translation, texts}
+                                    : std::vector<std::string>{texts, translation});
+}
+
+// A 16-bit library with `block` as its version resource, written to a folder of its own.
+class SixteenBitFile {
+public:
+    explicit SixteenBitFile(const std::string& block) {
+        EXPECT_TRUE(tavtest::WriteFileBytes(path(), tavtest::SixteenBitLibrary(block)));
+    }
+    std::wstring path() const { return dir_ / L"sixteen.dll"; }
+
+private:
+    tavtest::TempDir dir_{L"ver16"};
+};
+
+TEST(VerInfo, AWellFormedSixteenBitLibraryIsRead) {
+    for (bool textsLast : {false, true}) {
+        SCOPED_TRACE(textsLast ? "the string table last" : "the translation last");
+        SixteenBitFile file(SixteenBitBlock(textsLast));
+        ASSERT_GT(GetFileVersionInfoSizeW(file.path().c_str(), nullptr), 0u) << "the platform does not load it";
+        ProbeVerInfo info;
+        EXPECT_EQ(info.Init(file.path().c_str()), 1);
+        ExpectStringTable(info, L"0409", L"04e4");
+        for (int read = 0; read < 2; ++read)  // each read converts the text again, to the same answer
+            ExpectFields(info, {{VF_FileVersionNumber, L"3.10.0.7"},
+                                {VF_ProductVersionNumber, L"3.10.0.0"},
+                                {VF_CompanyName, L"Sixteen Company"},
+                                {VF_FileDescription, L"A 16-bit library"},
+                                {VF_FileVersion, L"3.10.0.7"},
+                                {VF_ProductName, L"Sixteen Product"},
+                                {VF_ProductVersion, L"3.10"}});
+        CVerNum number;
+        ASSERT_EQ(info.GetFileVersionNum(&number), 1);
+        EXPECT_EQ(number.Compare(CVerNum(3, 10, 0, 7)), CVerNum::VERNUM_EQUAL);
+        ASSERT_EQ(info.GetProductVersionNum(&number), 1);
+        EXPECT_EQ(number.Compare(CVerNum(3, 10, 0, 0)), CVerNum::VERNUM_EQUAL);
+        Str out;
+        EXPECT_EQ(info.GetStringValue(L"\\CompanyName", out), 1);
+        EXPECT_EQ(out, L"Sixteen Company");
+    }
+}
+
+// The largest block TavUtil.dll asked the runtime for while the watch was on.
+size_t g_largestAllocation = 0;
+tavtest::ImportHook* g_mallocHook = nullptr;
+void* __cdecl RecordMalloc(size_t size) {
+    g_largestAllocation = std::max(g_largestAllocation, size);
+    return g_mallocHook->original<void*(__cdecl*)(size_t)>()(size);
+}
+
+// A 16-bit block shorter than its fixed part: the platform's reckoning of the room it needs wraps to about
+// 4 GiB. The object reads the file as one without data, and never asks for that much memory.
+TEST(VerInfo, ASixteenBitBlockShorterThanItsFixedPartLeavesTheObjectEmptyWithoutAHugeBuffer) {
+    const std::string block = tavtest::SixteenBitNode("VS_VERSION_INFO", "");
+    ASSERT_LT(block.size(), 52u);
+    SixteenBitFile file(block);
+    ASSERT_GT(GetFileVersionInfoSizeW(file.path().c_str(), nullptr), 4u * 0x10000)
+        << "the platform's reckoning no longer wraps for this block";
+    ProbeVerInfo info;
+    tavtest::ImportHook watch("msvcrt.dll", "malloc", reinterpret_cast<void*>(&RecordMalloc));
+    ASSERT_TRUE(watch.installed());
+    g_mallocHook = &watch;
+    g_largestAllocation = 0;
+    EXPECT_EQ(info.Init(file.path().c_str()), 0);
+    EXPECT_LT(g_largestAllocation, size_t{1} << 20);
+}
+
+TEST(VerInfo, ASixteenBitRootLongerThanItsResourceLeavesTheObjectEmpty) {
+    // The platform sizes the room for converted texts from the resource, and fills it up to an end it
+    // reckons from the root's length: 200 bytes more would put that end past the buffer.
+    std::string block = SixteenBitBlock();
+    const size_t longer = block.size() + 200;
+    block[0] = static_cast<char>(longer & 0xFF);
+    block[1] = static_cast<char>(longer >> 8);
+    SixteenBitFile file(block);
+    ASSERT_GT(GetFileVersionInfoSizeW(file.path().c_str(), nullptr), 0u);
+    CVerInfo info;
+    EXPECT_EQ(info.Init(file.path().c_str()), 0);
+    ExpectEmpty(info);
+}
+
+TEST(VerInfo, ASixteenBitTextWithoutItsEndLeavesTheObjectEmpty) {
+    // The platform converts a 16-bit text up to its NUL: this one has none before the block ends.
+    SixteenBitFile file(SixteenBitBlock(true, true));
+    ASSERT_GT(GetFileVersionInfoSizeW(file.path().c_str(), nullptr), 0u);
+    CVerInfo info;
+    EXPECT_EQ(info.Init(file.path().c_str()), 0);
     ExpectEmpty(info);
 }
 

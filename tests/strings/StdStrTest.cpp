@@ -181,6 +181,35 @@ TEST(StdStr, FormatConversionErrorKeepsTheTextBeforeItWithoutPadding) {
     EXPECT_EQ(formatterCalls, std::vector<size_t>{2048});  // no larger buffer is tried
 }
 
+// A stand-in that formats 3,000 units of text (digits in turn) before a conversion it cannot make: what
+// fits in the buffer is written, then -1, whatever the size.
+constexpr size_t kTextBeforeFailure = 3000;
+
+wchar_t UnitBeforeFailure(size_t at) { return static_cast<wchar_t>(L'0' + at % 10); }
+
+int __cdecl LongTextThenFailingFormatter(wchar_t* buffer, size_t count, const wchar_t*, va_list) {
+    formatterCalls.push_back(count);
+    for (size_t at = 0; at < count && at < kTextBeforeFailure; ++at)
+        buffer[at] = UnitBeforeFailure(at);
+    return -1;
+}
+
+TEST(StdStr, FormatConversionErrorKeepsTheTextBeforeItWhateverItsLength) {
+    HMODULE self = GetModuleHandleW(nullptr);
+    tavtest::ImportHook formatter(self, "msvcrt.dll", "_vsnwprintf",
+                                  reinterpret_cast<void*>(&LongTextThenFailingFormatter));
+    tavtest::ImportHook counter(self, "msvcrt.dll", "_vscwprintf", reinterpret_cast<void*>(&FailingCounter));
+    ASSERT_TRUE(formatter.installed());
+    formatterCalls.clear();
+    Str s;
+    s.Format(L"%s%hs", L"text", "x");
+    ASSERT_EQ(s.size(), kTextBeforeFailure);  // not cut at the first buffer's 2,048 units
+    for (size_t at = 0; at < kTextBeforeFailure; ++at)
+        ASSERT_EQ(s[at], UnitBeforeFailure(at)) << "unit " << at;
+    // The first buffer is filled, so the text may go on: the second holds it with room to spare.
+    EXPECT_EQ(formatterCalls, (std::vector<size_t>{2048, 6144}));
+}
+
 // The first buffer is kept cleared between calls: a failed conversion after a long text keeps nothing of
 // that text.
 TEST(StdStr, FormatConversionErrorAfterALongTextKeepsNothingOfIt) {

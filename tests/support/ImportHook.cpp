@@ -35,6 +35,41 @@ void** FindSlot(HMODULE module, const char* dll, const char* function) {
     return nullptr;
 }
 
+// A run-time binding of TavUtil.dll as util/platform/detail/SystemBinding.h lays it out.
+struct BindingRecord {
+    const char* module;
+    const char* function;
+    void* address;
+    HMODULE handle;
+};
+static_assert(sizeof(BindingRecord) == 32, "the records of .tavbind are 32 bytes each");
+
+// The address slot of the run-time binding of `dll`!`function` in `module`'s ".tavbind" section, or null.
+void** FindBindingSlot(HMODULE module, const char* dll, const char* function) {
+    auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(module);
+    auto* nt = At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(dos->e_lfanew));
+    IMAGE_SECTION_HEADER* section = IMAGE_FIRST_SECTION(nt);
+    for (WORD i = 0; i < nt->FileHeader.NumberOfSections; ++i, ++section) {
+        if (std::strncmp(reinterpret_cast<const char*>(section->Name), ".tavbind", IMAGE_SIZEOF_SHORT_NAME) != 0)
+            continue;
+        auto* records = At<BindingRecord>(module, section->VirtualAddress);
+        const size_t count = section->Misc.VirtualSize / sizeof(BindingRecord);
+        for (size_t n = 0; n < count; ++n) {
+            const BindingRecord& record = records[n];
+            if (record.module != nullptr && record.function != nullptr && _stricmp(record.module, dll) == 0 &&
+                std::strcmp(record.function, function) == 0)
+                return &records[n].address;
+        }
+    }
+    return nullptr;
+}
+
+// `dll`!`function` as the library binds it: from the system folder.
+void* SystemFunction(const char* dll, const char* function) {
+    HMODULE module = LoadLibraryExA(dll, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    return module != nullptr ? reinterpret_cast<void*>(GetProcAddress(module, function)) : nullptr;
+}
+
 void WriteSlot(void** slot, void* value) {
     DWORD old = 0;
     VirtualProtect(slot, sizeof(void*), PAGE_READWRITE, &old);
@@ -50,16 +85,24 @@ ImportHook::ImportHook(const char* dll, const char* function, void* replacement)
     : ImportHook(TavUtilModule(), dll, function, replacement) {}
 
 ImportHook::ImportHook(HMODULE module, const char* dll, const char* function, void* replacement) {
-    slot_ = module != nullptr ? FindSlot(module, dll, function) : nullptr;
+    if (module == nullptr)
+        return;
+    slot_ = FindSlot(module, dll, function);
+    if (slot_ == nullptr) {
+        slot_ = FindBindingSlot(module, dll, function);
+        if (slot_ != nullptr && *slot_ == nullptr && SystemFunction(dll, function) == nullptr)
+            slot_ = nullptr;  // nothing to forward to
+    }
     if (slot_ == nullptr)
         return;
-    original_ = *slot_;
+    previous_ = *slot_;
+    original_ = previous_ != nullptr ? previous_ : SystemFunction(dll, function);
     WriteSlot(slot_, replacement);
 }
 
 ImportHook::~ImportHook() {
     if (slot_ != nullptr)
-        WriteSlot(slot_, original_);
+        WriteSlot(slot_, previous_);
 }
 
 }  // namespace tavtest

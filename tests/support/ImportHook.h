@@ -1,5 +1,8 @@
 // Watches a system call that a loaded module (TavUtil.dll unless told otherwise) makes: the module's import
-// of the function is pointed at a replacement for the object's lifetime. The replacement forwards to the real
+// of the function is pointed at a replacement for the object's lifetime. An import is either an entry of
+// the module's import table or, for the functions TavUtil.dll binds at run time from the system folder
+// (version.dll, winmm.dll), a record of its ".tavbind" section (util/platform/detail/SystemBinding.h); a
+// record not bound yet is bound by the hook, and given back unbound. The replacement forwards to the real
 // function, so the system still does the work, and the test sees the arguments the library chose where they
 // leave no other trace (flags, sizes, a string stored without a terminator, a call with no visible effect).
 #pragma once
@@ -29,6 +32,7 @@ public:
 private:
     void** slot_ = nullptr;
     void* original_ = nullptr;
+    void* previous_ = nullptr;  // what the slot held: the original, or null for a run-time binding not made yet
 };
 
 }  // namespace tavtest

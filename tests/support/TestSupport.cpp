@@ -154,7 +154,7 @@ std::string SilentWave(unsigned samples) {
     return bytes;
 }
 
-ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
+ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs, const std::wstring& directory) {
     ChildResult result;
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
     HANDLE readRaw = nullptr, writeRaw = nullptr;
@@ -173,7 +173,8 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs) {
     startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
     PROCESS_INFORMATION info{};
     std::wstring mutableLine = commandLine;
-    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info)) {
+    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                        directory.empty() ? nullptr : directory.c_str(), &startup, &info)) {
         // Said in the output, so that a failing check shows why no program ran (status stays -1).
         result.output = "the test could not start the program: error " + std::to_string(GetLastError());
         return result;
@@ -242,6 +243,44 @@ ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD t
 
     DeleteAppDefaults(copyName);
     // The copy can be held a moment after its process ended.
+    WaitUntil([&] { return DeleteFileW(copyPath.c_str()) != FALSE; }, 1000);
+    return result;
+}
+
+PlantedResult RunSelfWithPlanted(const PlantedRun& run, const std::string& filter, DWORD timeoutMs) {
+    static std::atomic<unsigned> counter{0};
+    PlantedResult result;
+    TempDir programDir(L"tavplant"), currentDir(L"tavplantcwd");
+    std::wstring copyName = ExeBaseName() + L"-planted-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+                            std::to_wstring(counter++) + L".exe";
+    std::wstring copyPath = programDir / copyName;
+    if (!CopyFileW(SelfPath().c_str(), copyPath.c_str(), FALSE) ||
+        !CopyFileW((BinDir() + L"\\TavUtil.dll").c_str(), (programDir / L"TavUtil.dll").c_str(), FALSE)) {
+        result.child.output = "the test could not copy itself and TavUtil.dll: error " + std::to_string(GetLastError());
+        return result;
+    }
+    std::vector<std::wstring> markers;
+    for (const std::wstring& file : run.planted) {
+        const std::wstring name = file.substr(file.find_last_of(L'\\') + 1);
+        for (const TempDir* dir : {&programDir, &currentDir}) {
+            if (!CopyFileW(file.c_str(), (*dir / name).c_str(), FALSE)) {
+                result.child.output = "the test could not plant " + Narrow(file);
+                return result;
+            }
+            markers.push_back(*dir / (name + L".loaded"));
+        }
+    }
+
+    SetEnvironmentVariableW(L"TAVTEST_ARG", run.environment.empty() ? nullptr : run.environment.c_str());
+    result.child = RunProgram(
+        L"\"" + copyPath + L"\" --gtest_color=no --gtest_also_run_disabled_tests --gtest_filter=" + Widen(filter),
+        timeoutMs, currentDir.path());
+    SetEnvironmentVariableW(L"TAVTEST_ARG", nullptr);
+
+    for (const std::wstring& marker : markers)
+        if (GetFileAttributesW(marker.c_str()) != INVALID_FILE_ATTRIBUTES)
+            result.loadedMarkers.push_back(marker);
+    // The copy and the planted DLLs can be held a moment after the process ended.
     WaitUntil([&] { return DeleteFileW(copyPath.c_str()) != FALSE; }, 1000);
     return result;
 }

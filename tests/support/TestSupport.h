@@ -52,8 +52,9 @@ struct ChildResult {
     std::string output;     // standard output and standard error together
 };
 
-// Runs a command line, captures its output, waits for it to end.
-ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs = 60000);
+// Runs a command line, captures its output, waits for it to end. `directory`: the folder it starts in
+// (empty: this process's current folder).
+ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs = 60000, const std::wstring& directory = {});
 
 struct EmulatedRun {
     std::wstring windowsVersion;             // Wine's name: win95, win98, winme, nt40, win2k, winxp, ...
@@ -65,6 +66,21 @@ struct EmulatedRun {
 // matching `filter` (disabled tests included, so that child-only tests are named DISABLED_...).
 // The copy and its Wine application settings are removed afterwards.
 ChildResult RunSelfAs(const EmulatedRun& run, const std::string& filter, DWORD timeoutMs = 60000);
+
+// DLL planting: a copy of this test executable runs from a new folder of its own, with TavUtil.dll beside
+// it, and starts in a second new folder; every planted file is copied into both folders first.
+struct PlantedRun {
+    std::vector<std::wstring> planted;  // full paths of the files to plant, e.g. a stand-in dwmapi.dll
+    std::wstring environment;           // value of TAVTEST_ARG in the child
+};
+struct PlantedResult {
+    ChildResult child;
+    // The markers a planted DLL left ("NAME.loaded" beside itself, made when it is loaded), full paths.
+    std::vector<std::wstring> loadedMarkers;
+};
+// Only the tests matching `filter` run in the copy (disabled ones included). Both folders are removed
+// afterwards.
+PlantedResult RunSelfWithPlanted(const PlantedRun& run, const std::string& filter, DWORD timeoutMs = 60000);
 
 // Success when a child test run finished, ended with status 0 and reported at least one test passed (a
 // filter that matches no test passes "0 tests" and is a failure here); otherwise the failure with the

@@ -23,6 +23,13 @@ FILE*& OpenedLogFile() {
     return file;
 }
 
+// The object whose FromString answers tav_log_level_from_name. A logger writes its record when it is
+// destroyed, even one that was never given a record, so this one never is: made once, kept for the process.
+VelmLog& LevelLookup() {
+    static VelmLog* const lookup = new VelmLog();
+    return *lookup;
+}
+
 void ReplaceLogStream(FILE* stream) {
     FILE*& opened = OpenedLogFile();
     OutputToFILE::Stream() = stream;
@@ -186,7 +193,7 @@ int32_t tav_log_level_from_name(const wchar_t* name) {
     return Guarded([&]() -> int32_t {
         if (name == nullptr)
             return TAV_E_NULL_ARGUMENT;
-        return static_cast<int32_t>(VelmLog().FromString(name));
+        return static_cast<int32_t>(LevelLookup().FromString(name));
     });
 }
 

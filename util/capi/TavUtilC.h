@@ -490,7 +490,10 @@ TAVUTIL_C_API int32_t tav_find_progid_server(const wchar_t* prog_id, wchar_t* bu
 /* ---- Automation (ComUtils) ------------------------------------------------------------------------- */
 /* The caller's thread has initialised COM. Objects go in and out as void* (IUnknown* / IDispatch*); every
  * pointer given out carries a reference of its own. Names and ProgIDs may be null, as in C++. A null
- * object gives TAV_E_NULL_HANDLE. */
+ * object gives TAV_E_NULL_HANDLE. The functions that take an object ask it for IDispatch (QueryInterface)
+ * and work on the interface that answers, whichever of its interfaces was passed: for an object with
+ * several dispatch interfaces, that is its default one. An object that answers none reads as nothing (0,
+ * an empty text, null) and takes no write (0). */
 TAVUTIL_C_API int32_t tav_com_release(void* object); /* Release: TAV_OK */
 /* TryToGetActiveObject: its HRESULT; *object receives an IUnknown* or null. */
 TAVUTIL_C_API int32_t tav_com_try_get_active_object(const tav_guid* clsid, void** object);

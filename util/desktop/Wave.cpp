@@ -1,5 +1,6 @@
 #include "desktop/Wave.h"
 
+#include "desktop/detail/SoundFunctions.h"
 #include "log/VelmLog.h"
 #include "platform/Handles.h"
 
@@ -70,7 +71,7 @@ bool cWave::play(const CStdStr<wchar_t>& eventName, PlayModeEnum mode) {
         return false;
 
     SetLastError(0);
-    const bool played = PlaySoundW(soundText.c_str(), nullptr, flags) != FALSE;
+    const bool played = tav::sound::PlaySoundW(soundText.c_str(), nullptr, flags) != FALSE;
     if (!played) {
         CStdStr<wchar_t> diagnostic;
         diagnostic.Format(L"cWave-Error opening WAVE file from Registry: %s\nFile: %s", keyPath.c_str(),
@@ -82,7 +83,7 @@ bool cWave::play(const CStdStr<wchar_t>& eventName, PlayModeEnum mode) {
 
 cWave& cWave::stopPlay() {
     if (m_repeat) {
-        PlaySoundW(nullptr, nullptr, 0);
+        tav::sound::PlaySoundW(nullptr, nullptr, 0);
         m_repeat = false;
     }
     return *this;

@@ -142,7 +142,10 @@ void CFileName::AppendDirectory(const wchar_t* dir) {
 // that need "exists afterwards" test Exists() first; this result is settled and kept.
 //
 // Without a drive letter (`\\host\share\...`, `\x\...`) the climb ends at a lone backslash, which is
-// not stripped and is its own parent: the climb stops where the parent is no shorter than the folder.
+// not stripped and is its own parent: the climb stops where the parent's folder is no shorter than this
+// one, the only place where it would never end. A folder that ends in a backslash (from a doubled
+// separator, `C:\x\a\\f.txt`) is not such a place: its parent's folder loses that backslash, and the
+// climb goes on from there as it always did.
 int CFileName::CreateDirectoryW(int recursive) {
     CStdStr<wchar_t> dir = GetPath();
     StripTrailingBackslash(dir);
@@ -152,9 +155,11 @@ int CFileName::CreateDirectoryW(int recursive) {
     size_t lastBackslash = dir.rfind(L'\\');
     if (lastBackslash == std::wstring::npos)
         return 0;
-    if (lastBackslash + 1 >= dir.size())
-        return 0;
     CFileName parent(dir.substr(0, lastBackslash + 1).c_str());
+    CStdStr<wchar_t> parentDir = parent.GetPath();
+    StripTrailingBackslash(parentDir);
+    if (parentDir.size() >= dir.size())
+        return 0;
     if (parent.CreateDirectoryW(1) == 0)
         return 0;
     return CreateDirectoryW(0);

@@ -1,8 +1,13 @@
 #include "files/VerInfo.h"
 
+#include "files/detail/VersionFunctions.h"
+
 #include <algorithm>
 #include <cwctype>
 #include <new>
+
+// version.dll is bound at run time, from the system folder only.
+namespace version = tav::version;
 
 namespace {
 
@@ -56,44 +61,63 @@ CVerNum ToVerNum(DWORD mostSignificant, DWORD leastSignificant) {
                    LOWORD(leastSignificant));
 }
 
-// A version block is a tree of nodes: WORD length, WORD value length, WORD type, a key ending in a NUL,
-// padding to four bytes (counted from the node), the value (characters when the type is not 0, else
-// bytes), padding, then the children up to the node's length. The platform's queries follow those lengths
-// without checking them, so a damaged file could make them read past the block. Before a block is used we
-// walk it as the queries do and check that everything they could touch lies within the root's length.
-// Queries go at most three levels below the root ("\StringFileInfo\<table>\<name>"), so deeper nodes are
-// never reached.
+// A version block is a tree of nodes. In the 32-bit layout a node is: WORD length, WORD value length, WORD
+// type, a key of UTF-16 characters ending in a NUL, padding to four bytes (counted from the node), the value
+// (characters when the type is not 0, else bytes), padding, then the children up to the node's length. The
+// 16-bit layout of 16-bit executables has no type word: two words, a key of 8-bit characters ending in a
+// NUL, the same padding, a value counted in bytes, the children. The platform tells them apart by the
+// byte after the two words: a key character (from a blank up) means 16-bit.
+//
+// The platform's queries follow those lengths without checking them, so a damaged file could make them
+// read past the block. Before a block is used we walk it as the queries do and check that everything they
+// could touch lies within the root's length. Queries go at most three levels below the root
+// ("\StringFileInfo\<table>\<name>"), so deeper nodes are never reached.
 struct VersionBlock {
     const BYTE* bytes;
-    size_t end;  // the root's length, within the buffer
+    size_t end;       // the root's length, within the buffer
+    bool sixteenBit;  // the 16-bit layout
 
-    static constexpr size_t kHeader = 3 * sizeof(WORD);
     static constexpr int kQueriedDepth = 3;
 
     WORD Word(size_t at) const { return static_cast<WORD>(bytes[at] | (bytes[at + 1] << 8)); }
     static size_t Align(size_t node, size_t at) { return node + ((at - node + 3) & ~size_t{3}); }
+    size_t Header() const { return (sixteenBit ? 2 : 3) * sizeof(WORD); }
+    size_t KeyUnit() const { return sixteenBit ? sizeof(char) : sizeof(WCHAR); }
+    size_t ValueBytes(size_t node) const {
+        if (sixteenBit)
+            return Word(node + 2);
+        return Word(node + 2) * (Word(node + 4) != 0 ? sizeof(WCHAR) : 1);
+    }
 
     // The offset just past the NUL of the key that starts at `at`; 0 when the key does not end in the block.
     size_t KeyEnd(size_t at) const {
-        for (; at + sizeof(WCHAR) <= end; at += sizeof(WCHAR))
-            if (Word(at) == 0)
-                return at + sizeof(WCHAR);
+        for (; at + KeyUnit() <= end; at += KeyUnit())
+            if (sixteenBit ? bytes[at] == 0 : Word(at) == 0)
+                return at + KeyUnit();
         return 0;
     }
 
+    // A 16-bit text is converted to UTF-16 from its start up to its NUL, whatever its value length says.
+    bool TextEndsInside(size_t value) const {
+        for (size_t at = value; at < end; ++at)
+            if (bytes[at] == 0)
+                return true;
+        return false;
+    }
+
     bool NodeIsInside(size_t node, int depth) const {
-        if (node + kHeader > end)
+        if (node + Header() > end)
             return false;
         const size_t length = Word(node);
-        const size_t keyEnd = KeyEnd(node + kHeader);
+        const size_t keyEnd = KeyEnd(node + Header());
         if (node + length > end || keyEnd == 0)
             return false;
         const size_t value = Align(node, keyEnd);
-        const size_t valueBytes = Word(node + 2) * (Word(node + 4) != 0 ? sizeof(WCHAR) : 1);
+        const size_t valueBytes = ValueBytes(node);
         if (value + valueBytes > end)
             return false;
         if (depth == kQueriedDepth)
-            return true;
+            return !sixteenBit || TextEndsInside(value);
         for (size_t child = Align(node, value + valueBytes); child < node + length;) {
             if (!NodeIsInside(child, depth + 1))
                 return false;
@@ -106,16 +130,35 @@ struct VersionBlock {
     }
 };
 
-// True when the queries on `block` (as GetFileVersionInfoW filled it, `size` bytes) stay inside it. A block
-// in the 16-bit layout (a character key where the 32-bit one has its type) is refused: the platform turns its
-// texts into UTF-16 in spare room it sized from the file's format, and a 32-bit file damaged into that layout
-// would have them written past the end. Only 16-bit executables carry that layout.
-bool QueriesStayInside(const BYTE* block, size_t size) {
-    if (size < VersionBlock::kHeader || block[4] >= ' ')
+// The platform answers a text of a 16-bit block from spare room after the block: the text's UTF-16 form
+// goes at the root's length plus twice the text's offset, and the room ends at four times the root's
+// length less the fixed information (52 bytes), a size it reckons from the root's length alone. A root too
+// short for that sum leaves the room without an end; a root longer than the data the platform read (a
+// 32-bit file damaged into the 16-bit layout, or a 16-bit one whose root lies) puts it past the buffer.
+bool ConversionRoomFits(size_t rootLength, size_t size) {
+    const size_t fixedInfo = sizeof(VS_FIXEDFILEINFO);
+    if (rootLength < fixedInfo)
         return false;
-    const size_t rootLength = VersionBlock{block, size}.Word(0);
-    return rootLength <= size && VersionBlock{block, rootLength}.NodeIsInside(0, 0);
+    const size_t roomEnd = (rootLength - fixedInfo) * 4;
+    return roomEnd >= rootLength && roomEnd <= size;
 }
+
+// True when the queries on `block` (as GetFileVersionInfoW filled it, `size` bytes) stay inside it, and,
+// for a block in the 16-bit layout, when the platform's conversions of its texts stay inside it too. A byte
+// from 0x80 after the root's two words is neither a type of the 32-bit layout nor a key character of the
+// 16-bit one: such a block is refused.
+bool QueriesStayInside(const BYTE* block, size_t size) {
+    if (size < 3 * sizeof(WORD) || block[4] >= 0x80)
+        return false;
+    const bool sixteenBit = block[4] >= ' ';
+    const size_t rootLength = VersionBlock{block, size, sixteenBit}.Word(0);
+    if (rootLength > size || (sixteenBit && !ConversionRoomFits(rootLength, size)))
+        return false;
+    return VersionBlock{block, rootLength, sixteenBit}.NodeIsInside(0, 0);
+}
+
+// The largest size the platform asks for a real block (see Init).
+constexpr DWORD kMaxPlatformBlockSize = 4 * 0x10000;
 
 }  // namespace
 
@@ -131,12 +174,18 @@ CVerInfo::~CVerInfo() = default;
 int CVerInfo::Init(const wchar_t* file) {
     m_fileName = file;
     DWORD ignored = 0;
-    DWORD size = GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
+    DWORD size = version::GetFileVersionInfoSizeW(m_fileName.c_str(), &ignored);
     if (size == 0)
         return 0;  // no data; the strings keep what they held
+    // A version block counts its length in a 16-bit word, and the platform asks for at most four times that
+    // (a 16-bit block gets room for its texts converted). A larger size is not a block's: the platform's
+    // reckoning for a 16-bit block shorter than its fixed part wraps to about 4 GiB, which would be allocated
+    // and cleared in the host. Such a file is read as one without data.
+    if (size > kMaxPlatformBlockSize)
+        return 0;
     // Zero-filled, so that a read past the resource but inside the buffer finds the same bytes every time.
     m_data.reset(new (std::nothrow) BYTE[size]());
-    if (!m_data || !GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get()) ||
+    if (!m_data || !version::GetFileVersionInfoW(m_fileName.c_str(), 0, size, m_data.get()) ||
         !QueriesStayInside(m_data.get(), size)) {
         // A damaged block is not read at all, as if the file had none.
         m_data.reset();
@@ -145,7 +194,7 @@ int CVerInfo::Init(const wchar_t* file) {
     m_size = size;
     void* translation = nullptr;
     UINT length = 0;
-    if (VerQueryValueW(m_data.get(), L"\\VarFileInfo\\Translation", &translation, &length) && length == 4) {
+    if (version::VerQueryValueW(m_data.get(), L"\\VarFileInfo\\Translation", &translation, &length) && length == 4) {
         const WORD* words = static_cast<const WORD*>(translation);
         m_languageCode.Format(L"%.4x", words[0]);
         m_codePage.Format(L"%.4x", words[1]);
@@ -183,7 +232,7 @@ int CVerInfo::GetStringValue(const wchar_t* subPath, CStdStr<wchar_t>& out) {
     CStdStr<wchar_t> query = m_prefix + subPath;
     void* value = nullptr;
     UINT length = 0;
-    if (!VerQueryValueW(m_data.get(), query.c_str(), &value, &length) || value == nullptr)
+    if (!version::VerQueryValueW(m_data.get(), query.c_str(), &value, &length) || value == nullptr)
         return 0;
     // `length` counts characters, the terminator included; it bounds the read, and so does the block's end:
     // a value whose type says bytes is read as characters all the same.
@@ -200,7 +249,7 @@ const VS_FIXEDFILEINFO* CVerInfo::FixedInfo() const {
         return nullptr;
     void* block = nullptr;
     UINT length = 0;
-    if (!VerQueryValueW(m_data.get(), L"\\", &block, &length) || length < sizeof(VS_FIXEDFILEINFO))
+    if (!version::VerQueryValueW(m_data.get(), L"\\", &block, &length) || length < sizeof(VS_FIXEDFILEINFO))
         return nullptr;
     return static_cast<const VS_FIXEDFILEINFO*>(block);
 }

@@ -39,8 +39,9 @@ public:
 
     // Loads the version resource of `file` and picks its string table (the first translation, or US
     // English with code page 1252 when there is no single translation). Meant to be called once per
-    // object. Non-zero on success. A damaged resource (a length that runs past its block, a key without its
-    // end, the 16-bit layout) loads nothing, as a file without one.
+    // object. Non-zero on success. The resources of 16-bit executables are read too. A damaged resource (a
+    // length that runs past its block, a key or a 16-bit text without its end, a 16-bit block longer than
+    // its resource) loads nothing, as a file without one.
     int Init(const wchar_t* file);
 
     // Clears `out`; the fixed version as text for 0 and 1, the string for 2 to 14. 0 when nothing is

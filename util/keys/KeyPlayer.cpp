@@ -117,7 +117,7 @@ PressKeyHelper::PressKeyHelper() {
     // Windows 95 (classification 0) has no SendInput. Systems the classification does not know are newer
     // than all it knows, and have it.
     if (m_platform.GetClassification() != CPlatforme::PLATFORM_WIN95) {
-        m_hUser32.reset(LoadLibraryW(L"USER32.DLL"));
+        m_hUser32.reset(tav::LoadSystemModule(L"USER32.DLL"));
         m_pfnSendInput = tav::ModuleFunction<SendInputFn>(m_hUser32.get(), "SendInput");
     }
 }

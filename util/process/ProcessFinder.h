@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/SystemModule.h"
 #include "strings/StdStr.h"
 #include "system/OSInfo.h"
 
@@ -84,7 +85,7 @@ protected:
     using WTSGetActiveConsoleSessionIdFn = DWORD(WINAPI*)();
 
     // "KERNEL32" and the functions taken from it, in the order they are looked up; any may be null.
-    CDynFuncLoad m_kernel;
+    tav::SystemModule m_kernel;  // from the system folder (platform/SystemModule.h)
     CreateToolhelp32SnapshotFn m_pCreateToolhelp32Snapshot = nullptr;
     Process32Fn m_pProcess32First = nullptr;
     Process32Fn m_pProcess32Next = nullptr;
@@ -128,7 +129,7 @@ protected:
     using GetModuleNameFn = DWORD(WINAPI*)(HANDLE, HMODULE, wchar_t*, DWORD);
 
     // "PSAPI" and the functions taken from it, in the order they are looked up; any may be null.
-    CDynFuncLoad m_psapi;
+    tav::SystemModule m_psapi;  // from the system folder (platform/SystemModule.h)
     EnumProcessModulesFn m_pEnumProcessModules = nullptr;
     EnumProcessesFn m_pEnumProcesses = nullptr;
     GetModuleNameFn m_pGetModuleBaseName = nullptr;

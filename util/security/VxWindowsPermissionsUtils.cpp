@@ -31,7 +31,7 @@ private:
 VxWindowsPermissionsUtils::VxWindowsPermissionsUtils() {
     if (!tav::system::IsNtFamily())
         return;
-    m_hAdvApi32 = LoadLibraryW(L"advapi32.dll");
+    m_hAdvApi32 = tav::LoadSystemModule(L"advapi32.dll");
     m_dwLoadError = GetLastError();
     if (m_hAdvApi32 == nullptr)
         return;

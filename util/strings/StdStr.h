@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
+#include <cwchar>
 #include <string>
 #include <vector>
 
@@ -252,10 +253,14 @@ inline void CStdStr<wchar_t>::FormatV(const wchar_t* format, va_list args) {
         bool conversionFailed = _vscwprintf(format, attempt) < 0;
         va_end(attempt);
         if (conversionFailed) {
-            // A larger buffer cannot help: the text formatted before the failing conversion is kept, up
-            // to its first NUL, and none of the buffer's padding.
-            Base::assign(buffer);
-            return;
+            // The text formatted before the failing conversion is kept, up to its first NUL, and none of
+            // the buffer's padding. A text that filled the whole buffer may go on beyond it: the next size
+            // is tried, as for a text that did not fit.
+            const size_t before = wcsnlen(buffer, static_cast<size_t>(size - 1));
+            if (before < static_cast<size_t>(size - 1)) {
+                Base::assign(buffer, before);
+                return;
+            }
         }
     }
     Base::assign(buffer, static_cast<size_t>(size - 1));

@@ -120,13 +120,15 @@ CPlatforme::~CPlatforme() = default;
 
 void CPlatforme::Init() {}
 
-cVistaHelper::cVistaHelper() : m_hDwmApi(LoadLibraryW(L"dwmapi.dll")), m_pfnDwmIsCompositionEnabled(nullptr) {}
+// "dwmapi.dll" is not one of the DLLs Windows always takes from the system folder: it is loaded from there
+// by name (tav::LoadSystemModule), so that a copy beside the host program is never run.
+cVistaHelper::cVistaHelper() : m_hDwmApi(tav::LoadSystemModule(L"dwmapi.dll")), m_pfnDwmIsCompositionEnabled(nullptr) {}
 
 cVistaHelper::~cVistaHelper() = default;
 
 void cVistaHelper::Initialize() {
     m_pfnDwmIsCompositionEnabled = nullptr;
-    m_hDwmApi.reset(LoadLibraryW(L"dwmapi.dll"));
+    m_hDwmApi.reset(tav::LoadSystemModule(L"dwmapi.dll"));
 }
 
 void cVistaHelper::ShutDown() { m_hDwmApi.reset(); }
@@ -135,7 +137,7 @@ bool cVistaHelper::IsVista() const { return m_hDwmApi.valid(); }
 
 bool cVistaHelper::IsVistaHomeBasic() {
     using GetProductInfoFn = BOOL(WINAPI*)(DWORD, DWORD, DWORD, DWORD, PDWORD);
-    CDynFuncLoad kernel(L"kernel32.dll");
+    tav::SystemModule kernel(L"kernel32.dll");
     auto getProductInfo = kernel.getFunction<GetProductInfoFn>("GetProductInfo");
     if (getProductInfo == nullptr)
         return false;

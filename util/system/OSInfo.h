@@ -4,6 +4,7 @@
 
 #include "platform/Export.h"
 #include "platform/Handles.h"
+#include "platform/SystemModule.h"
 #include "strings/StdStr.h"
 
 #include <windows.h>
@@ -116,14 +117,6 @@ protected:
     tav::UniqueModule m_hDwmApi;
     FARPROC m_pfnDwmIsCompositionEnabled;
 };
-
-namespace tav {
-// The typed look-up of CDynFuncLoad for a module held by another owner: null when the module is null or
-// lacks the export. Every function this library binds at run time is looked up through it.
-template <typename Fn> Fn ModuleFunction(HMODULE module, const char* name) {
-    return module != nullptr ? reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
-}
-}  // namespace tav
 
 // CDynFuncLoad: a module loaded by name, freed with the object, and functions looked up in it.
 // Not copyable: two copies would free one module twice.
