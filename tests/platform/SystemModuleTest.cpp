@@ -18,23 +18,9 @@
 
 namespace {
 
-std::wstring Lower(std::wstring text) {
-    for (wchar_t& c : text)
-        c = static_cast<wchar_t>(std::towlower(c));
-    return text;
-}
-
-std::wstring SystemFolder() {
-    wchar_t folder[MAX_PATH];
-    UINT length = GetSystemDirectoryW(folder, MAX_PATH);
-    return std::wstring(folder, length);
-}
-
-std::wstring ModulePath(HMODULE module) {
-    wchar_t path[MAX_PATH];
-    DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
-    return std::wstring(path, length);
-}
+using tavtest::Lower;
+using tavtest::ModulePath;
+using tavtest::SystemFolder;
 
 // The loads TavUtil.dll asks for; with g_refuseSearchFlag, the answer of a loader that does not know
 // LOAD_LIBRARY_SEARCH_SYSTEM32; with g_withoutVersionAndWinmm, that of a system without those DLLs.

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <cwctype>
 
 namespace tavtest {
 
@@ -46,6 +47,24 @@ std::wstring SelfPath() {
 std::wstring BinDir() {
     std::wstring self = SelfPath();
     return self.substr(0, self.find_last_of(L'\\'));
+}
+
+std::wstring SystemFolder() {
+    wchar_t folder[MAX_PATH];
+    const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
+    return std::wstring(folder, length < MAX_PATH ? length : 0);
+}
+
+std::wstring ModulePath(HMODULE module) {
+    wchar_t path[MAX_PATH];
+    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
+    return std::wstring(path, length);
+}
+
+std::wstring Lower(std::wstring text) {
+    for (wchar_t& c : text)
+        c = static_cast<wchar_t>(std::towlower(c));
+    return text;
 }
 
 std::string Narrow(const std::wstring& text) {

@@ -14,6 +14,11 @@ namespace tavtest {
 // Full path of the running test executable, and the folder that holds it and TavUtil.dll.
 std::wstring SelfPath();
 std::wstring BinDir();
+// The system folder (GetSystemDirectoryW), and the file a loaded module was loaded from.
+std::wstring SystemFolder();
+std::wstring ModulePath(HMODULE module);
+// `text` in lower case, for comparing paths.
+std::wstring Lower(std::wstring text);
 
 // UTF-8 <-> UTF-16 for messages and captured output.
 std::string Narrow(const std::wstring& text);
