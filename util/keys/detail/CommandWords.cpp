@@ -70,25 +70,21 @@ std::wstring NumberText(const wchar_t* rest) {
 }
 
 // The word at a position, the text after it and the number read there. Positions inside one word share its
-// end and what follows it, so consecutive positions of a run of braces read them once.
+// end and what follows it: they read them once. (Reading the same text again would give the same number,
+// or leave it as it is.)
 struct WordScanner {
     const wchar_t* wordEnd = nullptr;  // the end of the word last read (a blank or the terminator)
     std::wstring numberText;           // the number text after it
-    bool numberRead = false;           // whether "%x" was already applied to it
 
     // Reads the word at `position` and returns the number text after it.
     const std::wstring& Read(const wchar_t* position, wchar_t (&word)[kMaxWord + 1], unsigned& number) {
-        if (wordEnd == nullptr || position >= wordEnd) {
-            wordEnd = ReadWord(position, word);
-            numberText = NumberText(wordEnd);
-            numberRead = false;
-        } else {
+        if (wordEnd != nullptr && position < wordEnd) {
             ReadWord(position, word, wordEnd);
+            return numberText;
         }
-        // Reading the same text again gives the same number, or leaves it as it is: once is enough.
-        if (!numberRead)
-            swscanf(numberText.c_str(), L"%x", &number);
-        numberRead = true;
+        wordEnd = ReadWord(position, word);
+        numberText = NumberText(wordEnd);
+        swscanf(numberText.c_str(), L"%x", &number);
         return numberText;
     }
 };
