@@ -9,10 +9,10 @@
 // Property names and ProgIDs may be null (a null BSTR is passed on).
 #pragma once
 
-#include "platform/ComPtr.h"
-#include "platform/Export.h"
-#include "platform/OleException.h"
-#include "strings/StdStr.h"
+#include "../platform/ComPtr.h"
+#include "../platform/Export.h"
+#include "../platform/OleException.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 #include <oaidl.h>

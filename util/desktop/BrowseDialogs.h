@@ -2,9 +2,9 @@
 // answer true when the user confirmed a choice.
 #pragma once
 
-#include "platform/CWnd.h"
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/CWnd.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 #include <shlobj.h>

@@ -3,8 +3,8 @@
 // ClassicClipboard moves text through global memory.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 

@@ -5,7 +5,7 @@
 // of the thread that activates the window.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

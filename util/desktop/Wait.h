@@ -2,7 +2,7 @@
 // aborted, when a quit message arrives or, on request, when a command message arrives.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 #include <cstdint>
 

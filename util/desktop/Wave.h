@@ -2,8 +2,8 @@
 // (HKEY_CURRENT_USER "AppEvents\Schemes\Apps\<application>\<event>\.Current").
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 class TAVUTIL_API cWave {
 public:

@@ -2,8 +2,8 @@
 // thread, a descendant window by class name, and a window handle as text.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 

@@ -8,8 +8,8 @@
 // leaves the text empty.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 

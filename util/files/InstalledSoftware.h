@@ -3,8 +3,8 @@
 // COM ProgID. Keys are opened read-only (native view first, then the 32-bit view); nothing is written.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 // The suite's install date exactly as the installer stored it (usually YYYYMMDD), or empty when the setup
 // key, its product GUID or the matching uninstall entry is missing.

@@ -3,9 +3,9 @@
 // exactly as stored.
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Handles.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../platform/Handles.h"
+#include "../strings/StdStr.h"
 
 #include <memory>
 

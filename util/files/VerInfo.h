@@ -3,9 +3,9 @@
 // the last object that refers to it goes.
 #pragma once
 
-#include "files/VerNum.h"
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "VerNum.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <memory>
 

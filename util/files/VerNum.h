@@ -3,7 +3,7 @@
 // fourth the build, as in the four numbers of a version resource; comparison runs in that order.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 class TAVUTIL_API CVerNum {
 public:

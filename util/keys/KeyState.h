@@ -1,7 +1,7 @@
 // The key queue and the hold list of keystroke synthesis, and read access to the process-wide instances.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

@@ -2,9 +2,9 @@
 // keybd_event on Windows 95. SendKeys uses it for Control+C, Control+V and Control+X.
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Handles.h"
-#include "system/OSInfo.h"
+#include "../platform/Export.h"
+#include "../platform/Handles.h"
+#include "../system/OSInfo.h"
 
 #include <windows.h>
 

@@ -11,8 +11,8 @@
 // Characters with a meaning of their own are typed literally in braces: {+} {(} {{} {}} ...
 #pragma once
 
-#include "platform/CString.h"
-#include "platform/Export.h"
+#include "../platform/CString.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

@@ -3,8 +3,8 @@
 // Control and Alt around key 0xFF), SendText types "Grüße, 李明 😀" on any layout.
 #pragma once
 
-#include "keys/SendKeys.h"
-#include "platform/Export.h"
+#include "SendKeys.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

@@ -3,8 +3,8 @@
 // None of these functions keeps state.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 // Splits `cmd` into an existing program file and its argument text. The program is the shortest prefix
 // ending just before a blank that names an existing file; `args` is the rest of the line, starting with

@@ -2,8 +2,8 @@
 // or by creating the process and waiting for it to be ready, and bringing a running process to the front.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 

@@ -3,8 +3,8 @@
 // name, and finding the maker's messenger companion program.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
 
 #include <list>
 

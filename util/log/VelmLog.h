@@ -7,7 +7,7 @@
 // (one line in reality). Values are not escaped.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 #include <cstdio>
 #include <cstring>

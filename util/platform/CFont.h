@@ -2,7 +2,7 @@
 // attached to it and deletes it on destruction; Detach hands the font back without deleting it.
 #pragma once
 
-#include "platform/Handles.h"
+#include "Handles.h"
 
 #include <windows.h>
 

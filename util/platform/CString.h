@@ -3,7 +3,7 @@
 // written against the class library read the same.
 #pragma once
 
-#include "platform/Export.h"
+#include "Export.h"
 
 #include <windows.h>
 

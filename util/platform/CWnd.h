@@ -3,7 +3,7 @@
 // keeps in its application object and hands to code that needs an owner for a dialog.
 #pragma once
 
-#include "platform/Export.h"
+#include "Export.h"
 
 #include <windows.h>
 

@@ -8,7 +8,7 @@
 #include <oleauto.h>
 #include <shlobj.h>
 
-#include "platform/Handles.h"
+#include "Handles.h"
 
 namespace tav {
 

@@ -2,7 +2,7 @@
 // that keep a user-interface thread responsive hand each waiting message to it.
 #pragma once
 
-#include "platform/Export.h"
+#include "Export.h"
 
 #include <windows.h>
 

@@ -11,8 +11,8 @@
 // What a caller names itself (CDynFuncLoad) is loaded the way the caller asked: that choice is the caller's.
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Handles.h"
+#include "Export.h"
+#include "Handles.h"
 
 #include <windows.h>
 

@@ -4,10 +4,10 @@
 // and later. The optional system functions are bound at run time; a missing one only disables what needs it.
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/SystemModule.h"
-#include "strings/StdStr.h"
-#include "system/OSInfo.h"
+#include "../platform/Export.h"
+#include "../platform/SystemModule.h"
+#include "../strings/StdStr.h"
+#include "../system/OSInfo.h"
 
 #include <windows.h>
 #include <tlhelp32.h>

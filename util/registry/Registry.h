@@ -4,9 +4,9 @@
 // then in the 32-bit view (see registry/RegistryKey.h).
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Handles.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../platform/Handles.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 

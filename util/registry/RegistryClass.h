@@ -15,11 +15,11 @@
 //   font                  REG_BINARY, 92 bytes: its LOGFONTW
 #pragma once
 
-#include "platform/CFont.h"
-#include "platform/COleDateTime.h"
-#include "platform/CRect.h"
-#include "platform/CString.h"
-#include "platform/Export.h"
+#include "../platform/CFont.h"
+#include "../platform/COleDateTime.h"
+#include "../platform/CRect.h"
+#include "../platform/CString.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

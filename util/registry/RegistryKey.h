@@ -4,8 +4,8 @@
 // tav::UniqueKey, so that every path closes what it opened.
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Handles.h"
+#include "../platform/Export.h"
+#include "../platform/Handles.h"
 
 #include <windows.h>
 

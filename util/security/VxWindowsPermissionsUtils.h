@@ -4,7 +4,7 @@
 // every group.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

@@ -3,8 +3,8 @@
 // by character sets, Left/Right with clamped counts, and printf-style formatting.
 #pragma once
 
-#include "platform/CString.h"
-#include "platform/Export.h"
+#include "../platform/CString.h"
+#include "../platform/Export.h"
 
 #include <windows.h>
 

@@ -1,9 +1,9 @@
 // Free string utilities: display-line cutting and path backslash handling.
 #pragma once
 
-#include "platform/CString.h"
-#include "platform/Export.h"
-#include "strings/StdStr.h"
+#include "../platform/CString.h"
+#include "../platform/Export.h"
+#include "StdStr.h"
 
 #include <list>
 

@@ -6,9 +6,9 @@
 // resource, with fixed device facts; SWAndDeviceInfoImpl asks the suite's trigger object for the device.
 #pragma once
 
-#include "platform/Export.h"
-#include "strings/StdStr.h"
-#include "support/Trigger.h"
+#include "../platform/Export.h"
+#include "../strings/StdStr.h"
+#include "Trigger.h"
 
 class TAVUTIL_API CSWandDeviceInfo {
 public:

@@ -2,10 +2,10 @@
 // questions the suite derives from it.
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Handles.h"
-#include "platform/SystemModule.h"
-#include "strings/StdStr.h"
+#include "../platform/Export.h"
+#include "../platform/Handles.h"
+#include "../platform/SystemModule.h"
+#include "../strings/StdStr.h"
 
 #include <windows.h>
 

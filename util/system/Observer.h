@@ -2,7 +2,7 @@
 // of observers (it does not own them) and calls each one when told to notify.
 #pragma once
 
-#include "platform/Export.h"
+#include "../platform/Export.h"
 
 #include <list>
 
