@@ -12,15 +12,31 @@ install(TARGETS TavUtil EXPORT TavUtilTargets
 # The DLL in the build folder keeps everything.
 install(CODE "set(TAVUTIL_OBJCOPY \"${CMAKE_OBJCOPY}\")")
 install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/TavUtilStripInstalled.cmake)
+# Every header goes below include/TavUtil, so that hosts write <TavUtil/TavUtil.h> and <TavUtil/TavUtilC.h> (the
+# package's include directory is include): the C++ headers keep their area folders, the C interface's umbrella
+# TavUtilC.h sits at the top with its area headers in c/ (a folder that may not exist yet: the glob then finds
+# nothing), beside the generated TavUtilVersion.h and the umbrella of everything, TavUtil.h.
 foreach(header IN LISTS TAVUTIL_PUBLIC_HEADERS)
     get_filename_component(area ${header} DIRECTORY)
-    install(FILES ${CMAKE_SOURCE_DIR}/util/${header} DESTINATION include/TavUtil/${area})
+    if(NOT area STREQUAL "capi")
+        install(FILES ${CMAKE_SOURCE_DIR}/util/${header} DESTINATION include/TavUtil/${area})
+    endif()
 endforeach()
-install(FILES ${CMAKE_BINARY_DIR}/util/include/TavUtil.h DESTINATION include/TavUtil)
+file(GLOB TAVUTIL_C_AREA_HEADERS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/util/capi/c/*.h)
+install(FILES ${CMAKE_SOURCE_DIR}/util/capi/TavUtilC.h ${TAVUTIL_GENERATED_INCLUDE}/TavUtil/TavUtilVersion.h
+              ${CMAKE_BINARY_DIR}/util/install/TavUtil.h
+    DESTINATION include/TavUtil)
+if(TAVUTIL_C_AREA_HEADERS)
+    install(FILES ${TAVUTIL_C_AREA_HEADERS} DESTINATION include/TavUtil/c)
+endif()
 
 install(EXPORT TavUtilTargets NAMESPACE TavUtil:: DESTINATION lib/cmake/TavUtil)
+set(TAVUTIL_INSTALL_BINDIR bin)
+set(TAVUTIL_INSTALL_LIBDIR lib)
+set(TAVUTIL_INSTALL_INCLUDEDIR include)
 configure_package_config_file(cmake/TavUtilConfig.cmake.in ${CMAKE_BINARY_DIR}/TavUtilConfig.cmake
-    INSTALL_DESTINATION lib/cmake/TavUtil)
+    INSTALL_DESTINATION lib/cmake/TavUtil
+    PATH_VARS TAVUTIL_INSTALL_BINDIR TAVUTIL_INSTALL_LIBDIR TAVUTIL_INSTALL_INCLUDEDIR)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/TavUtilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/TavUtilConfig.cmake ${CMAKE_BINARY_DIR}/TavUtilConfigVersion.cmake
     DESTINATION lib/cmake/TavUtil)

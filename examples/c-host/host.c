@@ -1,6 +1,6 @@
 /* A short C host of TavUtil: the size-query idiom for text, a list, an object handle, and the result codes.
  * Any C compiler will do; see the README's section "From C, MSVC and other languages". */
-#include <capi/TavUtilC.h>
+#include <TavUtil/TavUtilC.h>
 
 #include <stdio.h>
 #include <stdlib.h>

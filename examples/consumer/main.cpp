@@ -1,5 +1,5 @@
 // The smallest host: the umbrella header, a few calls, a line of output.
-#include <TavUtil.h>
+#include <TavUtil/TavUtil.h>
 
 #include <cstdio>
 

@@ -1,13 +1,16 @@
 #!/usr/bin/env bash
 # The C interface's names agree everywhere: every function the header declares is exported from TavUtil.dll
 # under its plain name and listed in the module-definition file, TavUtil.lib lists exactly those, the C++
-# interface is still exported beside them, and the C test calls every one of them.
+# interface is still exported beside them, and the C test (or the package test, for tav_version) calls every one.
 set -u
 objdump=$1 nm=$2 header=$3 def=$4 dll=$5 lib=$6
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
-grep -o 'TAVUTIL_C_API [^(]*\btav_[a-z0-9_]*(' "$header" | grep -o 'tav_[a-z0-9_]*($' | tr -d '(' | sort >"$scratch/header"
+# tav_version is declared by util/capi/Version.cpp itself until the header's record named tav_version is renamed
+# (C cannot give a type and a function one name); it is then declared in the header and this line goes.
+{ grep -o 'TAVUTIL_C_API [^(]*\btav_[a-z0-9_]*(' "$header" | grep -o 'tav_[a-z0-9_]*($' | tr -d '('; echo tav_version; } |
+    sort >"$scratch/header"
 sed -n 's/^[[:space:]]*tav_/tav_/p' "$def" | awk '{print $1}' | sort >"$scratch/def"
 "$objdump" -p "$dll" | sed -n '/Ordinal\/Name Pointer/,/^$/p' >"$scratch/exports"
 grep -o '\] tav_[a-z0-9_]*$' "$scratch/exports" | cut -c3- | sort >"$scratch/dll"
@@ -33,7 +36,7 @@ if [ "$cxx" -lt 400 ]; then
     status=1
 fi
 while read -r name; do
-    if ! grep -qw "$name" "$tests_dir"/*.c; then
+    if ! grep -qw "$name" "$tests_dir"/*.c "$tests_dir"/../package/*.cpp; then
         echo "FAIL: the C test never calls $name"
         status=1
     fi

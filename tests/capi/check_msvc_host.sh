@@ -15,7 +15,7 @@ for dll in kernel32 ole32; do
     "$dlltool" -m i386:x86-64 -d "$host/$dll.def" -l "$scratch/$dll.lib"
 done
 "$clang" --target=x86_64-pc-windows-msvc -ffreestanding -fno-builtin -O1 -Wall -Wextra -Werror -std=c11 \
-    -I "$scratch/prefix/include/TavUtil" -c "$host/MsvcHost.c" -o "$scratch/MsvcHost.obj"
+    -I "$scratch/prefix/include" -c "$host/MsvcHost.c" -o "$scratch/MsvcHost.obj"
 "$lld_link" /nologo /nodefaultlib /entry:start /subsystem:console /out:"$scratch/bin/capi_msvc_host.exe" \
     "$scratch/MsvcHost.obj" "$scratch/prefix/lib/TavUtil.lib" "$scratch/kernel32.lib" "$scratch/ole32.lib"
 cp "$scratch/prefix/bin/TavUtil.dll" "$scratch/bin/"

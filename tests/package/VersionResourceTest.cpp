@@ -29,6 +29,7 @@ TEST(Package, DllCarriesProductVersionResource) {
     ASSERT_TRUE(GetFileVersionInfoW(DllPath().c_str(), 0, size, block.data()));
     EXPECT_EQ(QueryString(block, L"ProductName"), L"Trimdial");
     EXPECT_EQ(QueryString(block, L"CompanyName"), L"Velmorax");
+    EXPECT_EQ(QueryString(block, L"LegalCopyright"), L"Copyright (c) 2026 the TavUtil authors");
     EXPECT_EQ(QueryString(block, L"FileVersion"), TAVUTIL_EXPECTED_VERSION);
     EXPECT_EQ(QueryString(block, L"ProductVersion"), TAVUTIL_EXPECTED_VERSION);
 

@@ -1,14 +1,10 @@
 // tavutil.exe: try TavUtil's capabilities from a shell.
 #include "Cli.h"
 
-#include <TavUtil.h>
+#include <TavUtil/TavUtil.h>
 
 #include <windows.h>
 #include <shellapi.h>
-
-#ifndef TAVUTIL_VERSION_TEXT
-#define TAVUTIL_VERSION_TEXT L"unknown"
-#endif
 
 namespace {
 
@@ -56,7 +52,8 @@ int main() {
         return 0;
     }
     if (first == L"--version") {
-        cli::OutLine(std::wstring(L"tavutil ") + TAVUTIL_VERSION_TEXT);
+        const char* version = TAVUTIL_VERSION_STRING;  // from the project's version, like the DLL's
+        cli::OutLine(L"tavutil " + std::wstring(version, version + strlen(version)));
         return 0;
     }
     for (const cli::Verb& verb : cli::Verbs()) {

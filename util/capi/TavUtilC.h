@@ -44,6 +44,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <TavUtil/TavUtilVersion.h>
+
 #if defined(TAVUTIL_BUILDING_DLL)
 #define TAVUTIL_C_API __declspec(dllexport)
 #elif defined(_WIN32)

@@ -2,7 +2,7 @@
  * against TavUtil.lib (and import libraries of two system DLLs) only, with no C runtime at all. It calls
  * functions of every area of the C interface and checks their answers; the last line of its output says
  * how many checks failed, and so does its exit status. */
-#include <capi/TavUtilC.h>
+#include <TavUtil/TavUtilC.h>
 
 /* Floating point is used (the settings store's doubles): the Microsoft ABI wants this symbol. */
 int _fltused = 0;
