@@ -22,7 +22,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             clang-format:clang-format ccache:ccache
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz format \
-        format-check
+        format-check export-baseline
 
 all: build
 
@@ -115,6 +115,11 @@ soak: build
 
 install: build
 	cmake --install $(BUILD) --prefix $(or $(PREFIX),$(BUILD)/install)
+
+# Rewrites the checked-in lists of C and C++ exports (tests/package/exports-*.txt) from the built DLL; review the
+# difference before committing it (docs/compatibility.md).
+export-baseline: configure
+	cmake --build $(BUILD) --target export-baseline
 
 clean:
 	-$(SESSION) stop $(BUILD) 2>/dev/null
