@@ -19,10 +19,10 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
             clang:clang lld:lld-link llvm:llvm-dlltool \
-            clang-format:clang-format ccache:ccache
+            clang-format:clang-format ccache:ccache doxygen:doxygen
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz format \
-        format-check export-baseline
+        format-check docs export-baseline
 
 all: build
 
@@ -115,6 +115,11 @@ soak: build
 
 install: build
 	cmake --install $(BUILD) --prefix $(or $(PREFIX),$(BUILD)/install)
+
+# The reference documentation of the C interface (Doxygen): $(BUILD)/docs/html/index.html; warnings in
+# $(BUILD)/docs/warnings.txt (the test package_docs fails on any).
+docs: configure
+	cmake --build $(BUILD) --target docs
 
 # Rewrites the checked-in lists of C and C++ exports (tests/package/exports-*.txt) from the built DLL; review the
 # difference before committing it (docs/compatibility.md).

@@ -40,3 +40,9 @@ configure_package_config_file(cmake/TavUtilConfig.cmake.in ${CMAKE_BINARY_DIR}/T
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/TavUtilConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/TavUtilConfig.cmake ${CMAKE_BINARY_DIR}/TavUtilConfigVersion.cmake
     DESTINATION lib/cmake/TavUtil)
+
+# The documents a host developer needs beside the binaries: the README, the guides, the licence, the changelog,
+# the compatibility promise and the reference documentation of the C interface (cmake/TavUtilDocs.cmake).
+install(FILES README.md LICENSE CHANGELOG.md docs/keystroke-scripts.md docs/security.md docs/compatibility.md
+    DESTINATION share/doc/TavUtil)
+install(DIRECTORY ${TAVUTIL_DOCS_DIR}/html DESTINATION share/doc/TavUtil)
