@@ -22,7 +22,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             clang-format:clang-format ccache:ccache doxygen:doxygen
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz format \
-        format-check docs export-baseline
+        format-check docs dist export-baseline
 
 all: build
 
@@ -120,6 +120,10 @@ install: build
 # $(BUILD)/docs/warnings.txt (the test package_docs fails on any).
 docs: configure
 	cmake --build $(BUILD) --target docs
+
+# The release: dist/TavUtil-<version>-win64.zip and its .sha256 (cmake/make-dist.sh).
+dist: build
+	cmake --build $(BUILD) --target dist
 
 # Rewrites the checked-in lists of C and C++ exports (tests/package/exports-*.txt) from the built DLL; review the
 # difference before committing it (docs/compatibility.md).

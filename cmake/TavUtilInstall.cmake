@@ -46,3 +46,11 @@ install(FILES ${CMAKE_BINARY_DIR}/TavUtilConfig.cmake ${CMAKE_BINARY_DIR}/TavUti
 install(FILES README.md LICENSE CHANGELOG.md docs/keystroke-scripts.md docs/security.md docs/compatibility.md
     DESTINATION share/doc/TavUtil)
 install(DIRECTORY ${TAVUTIL_DOCS_DIR}/html DESTINATION share/doc/TavUtil)
+
+# `make dist`: the release zip dist/TavUtil-<version>-win64.zip and its .sha256 (cmake/make-dist.sh), made from
+# what `cmake --install` lays out.
+add_custom_target(dist
+    COMMAND ${CMAKE_SOURCE_DIR}/cmake/make-dist.sh ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR}/dist ${PROJECT_VERSION}
+    COMMENT "Packing dist/TavUtil-${PROJECT_VERSION}-win64.zip"
+    VERBATIM)
+add_dependencies(dist TavUtil tavutil docs)
