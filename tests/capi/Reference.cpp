@@ -9,6 +9,7 @@
 #include "files/VerInfo.h"
 #include "files/VerNum.h"
 #include "keys/KeyState.h"
+#include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 #include "launch/CommandLine.h"
 #include "launch/Messengers.h"

@@ -6,6 +6,7 @@
 #include <TavUtil.h>
 
 #include "../support/TestSupport.h"
+#include "ScopeExit.h"
 
 #include <gtest/gtest.h>
 
@@ -525,7 +526,7 @@ TEST_F(BrowseTest, SetStatusTextWithoutDialogDoesNothing) {
     HWND edit = CreateWindowExW(0, L"Edit", L"not yours", WS_OVERLAPPED, 0, 0, 200, 40, nullptr, nullptr,
                                 GetModuleHandleW(nullptr), nullptr);
     ASSERT_NE(edit, nullptr);
-    tav::ScopeExit destroy([&] { DestroyWindow(edit); });
+    tavtest::ScopeExit destroy([&] { DestroyWindow(edit); });
     // Make it the first top-level "Edit" in the z-order, the one a search from the desktop finds.
     SetWindowPos(edit, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     ASSERT_EQ(FindWindowExW(nullptr, nullptr, L"Edit", nullptr), edit);

@@ -8,9 +8,9 @@
 
 namespace {
 
-using tav::files::MakePath;
-using tav::files::PathParts;
-using tav::files::SplitPath;
+using tav::files::detail::MakePath;
+using tav::files::detail::PathParts;
+using tav::files::detail::SplitPath;
 
 struct SplitRow {
     const wchar_t* path;

@@ -59,9 +59,9 @@ bool MakeShortcut(const std::wstring& linkPath, const std::wstring& arguments) {
 }
 
 TEST(ShellDirectory, IsTheProgramTextUpToItsLastBackslashOrTheWholeText) {
-    EXPECT_EQ(tav::launch::ShellDirectoryFor(L"C:\\a b\\c\\x.exe"), Str(L"C:\\a b\\c"));
-    EXPECT_EQ(tav::launch::ShellDirectoryFor(L"notepad.exe"), Str(L"notepad.exe"));
-    EXPECT_EQ(tav::launch::ShellDirectoryFor(L"C:\\x.exe"), Str(L"C:"));
+    EXPECT_EQ(tav::launch::detail::ShellDirectoryFor(L"C:\\a b\\c\\x.exe"), Str(L"C:\\a b\\c"));
+    EXPECT_EQ(tav::launch::detail::ShellDirectoryFor(L"notepad.exe"), Str(L"notepad.exe"));
+    EXPECT_EQ(tav::launch::detail::ShellDirectoryFor(L"C:\\x.exe"), Str(L"C:"));
 }
 
 TEST(ExecuteProgram, EmptyLineIsRefused) {

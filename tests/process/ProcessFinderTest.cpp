@@ -1,6 +1,7 @@
 // The single instance and its choice of implementation per Windows version, the foreground wait loop,
 // long paths, and the answers when optional system functions are missing.
 #include "ProcessTestSupport.h"
+#include "ScopeExit.h"
 
 #include <TestSupport.h>
 #include <TavUtil.h>
@@ -168,7 +169,7 @@ TEST(ProcessFinderWait, OtherMessagesArePumpedWhileWaiting) {
         CreateWindowExW(0, wc.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, wc.hInstance, nullptr);
     HWND target = CreateWindowExW(0, wc.lpszClassName, L"pumped target", WS_OVERLAPPEDWINDOW, 40, 40, 200, 100, nullptr,
                                   nullptr, wc.hInstance, nullptr);
-    tav::ScopeExit destroy([&] {
+    tavtest::ScopeExit destroy([&] {
         DestroyWindow(receiver);
         DestroyWindow(target);
         UnregisterClassW(wc.lpszClassName, wc.hInstance);

@@ -3,6 +3,7 @@
 #include "ImportHook.h"
 #include "RawRegistry.h"
 #include "TestSupport.h"
+#include "ScopeExit.h"
 
 #include <TavUtil.h>
 
@@ -72,7 +73,7 @@ TEST(RegistryClass, FreshObjectHasTheDefaults) {
 
 TEST(RegistryClass, FreshObjectWritesIntoTheRootKeyItself) {
     const std::wstring name = L"TavUtilTest-" + std::to_wstring(GetCurrentProcessId()) + L"-root";
-    tav::ScopeExit cleanup([&] { RegDeleteValueW(HKEY_CURRENT_USER, name.c_str()); });
+    tavtest::ScopeExit cleanup([&] { RegDeleteValueW(HKEY_CURRENT_USER, name.c_str()); });
     CRegistryClass reg;
     EXPECT_EQ(reg.WriteInt(name.c_str(), 7), 1);
     regtest::RawValue raw = regtest::RawQuery(HKEY_CURRENT_USER, L"", name.c_str());

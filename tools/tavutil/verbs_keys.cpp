@@ -103,23 +103,17 @@ int RunKeys(const cli::Args& arguments) {
     }
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
-    SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
     if (dryRun) {
+        SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
         cli::OutLine(L"queue (" + std::to_wstring(tav::keys::TheKeyQueue().Count()) + L" entries): " + DescribeQueue());
         cli::OutLine(ResultLine(parsed));
         return parsed == SKERR_NONE ? 0 : 1;
     }
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
-    // SendKeys keeps the run's result to itself: the verb runs the same stages (the shortcuts of SendKeys
-    // aside) to report what the run did. A run that answers 0 for a script that does not parse stopped
-    // after its command words: every command word is itself a brace item that does not parse.
-    bool shortcut =
-        script == L"^C" || script == L"^c" || script == L"^V" || script == L"^v" || script == L"^X" || script == L"^x";
-    DWORD pace = static_cast<DWORD>(perKey);
-    SKERR ran = shortcut ? SendKeysPaced(script.c_str(), pace) : tav::keys::RunKeyScript(script.c_str(), pace);
-    bool commandsDone = ran == SKERR_NONE && parsed != SKERR_NONE;
-    cli::OutLine(commandsDone ? std::wstring(L"result: command words carried out") : ResultLine(ran));
+    // The library's own run, as SendKeys does it, with the report SendKeys keeps to itself.
+    const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script.c_str(), static_cast<DWORD>(perKey));
+    cli::OutLine(report.commandWords ? std::wstring(L"result: command words carried out") : ResultLine(report.result));
     if (show) {
         Sleep(300);
         cli::OutLine(L"the focused window shows: \"" + FocusedText() + L"\"");
@@ -129,7 +123,7 @@ int RunKeys(const cli::Args& arguments) {
         SendKeys_ReleaseAll();
         cli::OutLine(L"released " + std::to_wstring(held) + L" held keys at exit");
     }
-    return ran == SKERR_NONE ? 0 : 1;
+    return report.result == SKERR_NONE ? 0 : 1;
 }
 
 // --delay waits before typing (time to bring the target to the front), as for keys; --per-key paces it.

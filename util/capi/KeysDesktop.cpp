@@ -10,6 +10,7 @@
 #include "desktop/Wave.h"
 #include "desktop/WindowsHelper.h"
 #include "keys/KeyState.h"
+#include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 #include "keys/SendText.h"
 #include "platform/CString.h"

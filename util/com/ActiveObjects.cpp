@@ -23,7 +23,7 @@ constexpr DWORD kProcessAllAccess = 0x1F0FFF;
 
 // The class identifier of a ProgID; a null ProgID becomes a null BSTR, which CLSIDFromProgID rejects.
 HRESULT ClsidFromProgId(const wchar_t* progId, CLSID* clsid) {
-    tav::UniqueBstr name = detail::CopyToBstr(progId);
+    tav::UniqueBstr name = tav::com::detail::CopyToBstr(progId);
     return CLSIDFromProgID(name.get(), clsid);
 }
 
@@ -35,6 +35,48 @@ void WaitForWindowOwner(HWND window) {
     GetWindowThreadProcessId(window, &processId);
     tav::UniqueHandle process(OpenProcess(kProcessAllAccess, FALSE, processId));
     WaitForInputIdle(process.get(), kIdleWaitMs);
+}
+
+// The text form of a ProgID's class identifier ("{...}"), which the display name of a running object's
+// moniker holds.
+bool ClsidTextOf(const wchar_t* progId, std::wstring& text) {
+    CLSID clsid;
+    if (FAILED(ClsidFromProgId(progId, &clsid)))
+        return false;
+    tav::UniqueCoTaskString clsidText;
+    if (FAILED(StringFromCLSID(clsid, clsidText.put())))
+        return false;
+    text = clsidText.get();
+    return true;
+}
+
+// A bind context, the Running Object Table it reaches and an enumerator of the table's monikers.
+bool OpenRunningObjects(CComPtr<IBindCtx>& bindContext, CComPtr<IRunningObjectTable>& table,
+                        CComPtr<IEnumMoniker>& enumerator) {
+    return SUCCEEDED(CreateBindCtx(0, &bindContext)) && SUCCEEDED(bindContext->GetRunningObjectTable(&table)) &&
+           SUCCEEDED(table->EnumRunning(&enumerator));
+}
+
+// The moniker's display name; a null name reads as "". False when the moniker refuses to give one.
+bool ReadDisplayName(IMoniker* moniker, IBindCtx* bindContext, std::wstring& name) {
+    LPOLESTR rawName = nullptr;
+    if (FAILED(moniker->GetDisplayName(bindContext, nullptr, &rawName)))
+        return false;
+    tav::UniqueCoTaskString ownedName(rawName);
+    name = rawName ? rawName : L"";
+    return true;
+}
+
+// The running object of `moniker` asked for IDispatch: the interface with the reference of the query, or
+// null when the table or the object refuses.
+IDispatch* RunningDispatch(IRunningObjectTable* table, IMoniker* moniker) {
+    CComPtr<IUnknown> object;
+    if (FAILED(table->GetObject(moniker, &object)))
+        return nullptr;
+    IDispatch* dispatch = nullptr;
+    if (FAILED(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch))))
+        return nullptr;
+    return dispatch;
 }
 
 }  // namespace
@@ -107,22 +149,13 @@ CComPtr<IDispatch> CreateObject(const wchar_t* progId) {
 }
 
 CComPtr<IDispatch> FindInROT(const wchar_t* progId) {
-    CLSID clsid;
-    if (FAILED(ClsidFromProgId(progId, &clsid)))
+    std::wstring searchKey;
+    if (!ClsidTextOf(progId, searchKey))
         return {};
-    tav::UniqueCoTaskString clsidText;
-    if (FAILED(StringFromCLSID(clsid, clsidText.put())))
-        return {};
-    const std::wstring searchKey(clsidText.get());
-
     CComPtr<IBindCtx> bindContext;
-    if (FAILED(CreateBindCtx(0, &bindContext)))
-        return {};
     CComPtr<IRunningObjectTable> table;
-    if (FAILED(bindContext->GetRunningObjectTable(&table)))
-        return {};
     CComPtr<IEnumMoniker> enumerator;
-    if (FAILED(table->EnumRunning(&enumerator)))
+    if (!OpenRunningObjects(bindContext, table, enumerator))
         return {};
 
     enumerator->Reset();
@@ -131,26 +164,17 @@ CComPtr<IDispatch> FindInROT(const wchar_t* progId) {
         ULONG fetched = 0;
         if (enumerator->Next(1, &moniker, &fetched) != S_OK)
             return {};
-
-        LPOLESTR rawName = nullptr;
-        if (FAILED(moniker->GetDisplayName(bindContext, nullptr, &rawName))) {
+        std::wstring displayName;
+        if (!ReadDisplayName(moniker, bindContext, displayName)) {
             // Intended: the walk ends here and leaves the moniker, enumerator, table and bind context held.
             moniker.Detach(), enumerator.Detach(), table.Detach(), bindContext.Detach();
             return {};
         }
-        tav::UniqueCoTaskString ownedName(rawName);
-        const std::wstring displayName = rawName ? rawName : L"";
-        ownedName.reset();
         if (displayName.find(searchKey, 0) == std::wstring::npos)
             continue;
-
-        CComPtr<IUnknown> object;
-        if (FAILED(table->GetObject(moniker, &object)))
+        IDispatch* dispatch = RunningDispatch(table, moniker);
+        if (dispatch == nullptr)
             continue;
-        IDispatch* dispatch = nullptr;
-        if (FAILED(object->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch))))
-            continue;
-        object.Release();
         // Intended: the found object keeps the reference of the query besides the one of the returned
         // pointer, and the moniker, enumerator, table and bind context stay held, as on the path above.
         moniker.Detach(), enumerator.Detach(), table.Detach(), bindContext.Detach();

@@ -11,7 +11,7 @@ namespace {
 
 // The dispatch identifier of `name`; false when the object does not know it.
 bool LookUpName(IDispatch* object, const wchar_t* name, DISPID* dispid) {
-    tav::UniqueBstr nameCopy = detail::CopyToBstr(name);
+    tav::UniqueBstr nameCopy = tav::com::detail::CopyToBstr(name);
     LPOLESTR names[] = {nameCopy.get()};
     return SUCCEEDED(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, dispid));
 }

@@ -29,7 +29,7 @@ ForegroundAttentionGrabber::~ForegroundAttentionGrabber() {
 }
 
 void ForegroundAttentionGrabber::doOurBlackMagic() {
-    if (tav::system::IsNtFamily())
+    if (tav::system::detail::IsNtFamily())
         TapLeftAlt();
 
     DWORD foregroundProcessId = 0;

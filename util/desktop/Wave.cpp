@@ -71,7 +71,7 @@ bool cWave::play(const CStdStr<wchar_t>& eventName, PlayModeEnum mode) {
         return false;
 
     SetLastError(0);
-    const bool played = tav::sound::PlaySoundW(soundText.c_str(), nullptr, flags) != FALSE;
+    const bool played = tav::desktop::detail::PlaySoundW(soundText.c_str(), nullptr, flags) != FALSE;
     if (!played) {
         CStdStr<wchar_t> diagnostic;
         diagnostic.Format(L"cWave-Error opening WAVE file from Registry: %s\nFile: %s", keyPath.c_str(),
@@ -83,7 +83,7 @@ bool cWave::play(const CStdStr<wchar_t>& eventName, PlayModeEnum mode) {
 
 cWave& cWave::stopPlay() {
     if (m_repeat) {
-        tav::sound::PlaySoundW(nullptr, nullptr, 0);
+        tav::desktop::detail::PlaySoundW(nullptr, nullptr, 0);
         m_repeat = false;
     }
     return *this;

@@ -8,17 +8,17 @@
 
 namespace {
 
-using tav::files::PathParts;
+using tav::files::detail::PathParts;
 
 PathParts Parts(const std::wstring& path) {
     PathParts parts;
-    tav::files::SplitPath(path, parts);
+    tav::files::detail::SplitPath(path, parts);
     return parts;
 }
 
 CStdStr<wchar_t> Compose(const wchar_t* drive, const wchar_t* dir, const wchar_t* file, const wchar_t* ext) {
     std::wstring out;
-    tav::files::MakePath(out, drive, dir, file, ext);
+    tav::files::detail::MakePath(out, drive, dir, file, ext);
     return CStdStr<wchar_t>(std::move(out));
 }
 
@@ -26,7 +26,7 @@ CStdStr<wchar_t> Compose(const wchar_t* drive, const wchar_t* dir, const wchar_t
 // drive or directory to keep: the result is empty rather than a name relative to the current folder.
 CStdStr<wchar_t> ComposeInFolderOf(const std::wstring& path, const wchar_t* file, const wchar_t* ext) {
     PathParts parts;
-    if (!tav::files::SplitPath(path, parts))
+    if (!tav::files::detail::SplitPath(path, parts))
         return {};
     return Compose(parts.drive.c_str(), parts.dir.c_str(), file, ext);
 }

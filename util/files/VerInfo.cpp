@@ -7,7 +7,7 @@
 #include <new>
 
 // version.dll is bound at run time, from the system folder only.
-namespace version = tav::version;
+namespace version = tav::files::detail;
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The player: the key queue becomes keyboard events, one per call, with hold mode and the hold list.
-// Also SendKeys_ReleaseAll and PressKeyHelper, the other two ways this library presses keys.
-#include "keys/PressKeyHelper.h"
+// Also SendKeys_ReleaseAll, which releases what hold mode left pressed.
+#include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 
 #include "keys/detail/KeysInternal.h"
@@ -111,29 +111,4 @@ void SendKeys_ReleaseAll() {
     WORD code = 0;
     while (tav::keys::detail::State().holdList.TakeLast(code))
         tav::keys::detail::SendKeyEvent(code, true);
-}
-
-PressKeyHelper::PressKeyHelper() {
-    // Windows 95 (classification 0) has no SendInput. Systems the classification does not know are newer
-    // than all it knows, and have it.
-    if (m_platform.GetClassification() != CPlatforme::PLATFORM_WIN95) {
-        m_hUser32.reset(tav::LoadSystemModule(L"USER32.DLL"));
-        m_pfnSendInput = tav::ModuleFunction<SendInputFn>(m_hUser32.get(), "SendInput");
-    }
-}
-
-PressKeyHelper::~PressKeyHelper() = default;
-
-void PressKeyHelper::Press(WORD virtualKey, DWORD flags) {
-    if (m_pfnSendInput == nullptr) {
-        keybd_event(static_cast<BYTE>(virtualKey), 0, flags, 0);
-        return;
-    }
-    INPUT input = {};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = virtualKey;
-    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(virtualKey, 0));
-    input.ki.dwFlags = flags;
-    m_pfnSendInput(1, &input, sizeof(input));
-    Sleep(40);
 }

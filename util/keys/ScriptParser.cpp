@@ -1,4 +1,5 @@
 // The parser of the keystroke script language: script text in, key queue out. It sends nothing.
+#include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 
 #include "keys/detail/KeysInternal.h"
@@ -217,9 +218,11 @@ SKERR ParseKeyScript(const wchar_t* script) {
     state.queue.Reset();
     state.cursor = script != nullptr ? script : L"";
     ScriptParser parser(state);
-    while (*state.cursor != L'\0')
+    while (*state.cursor != L'\0') {
+        state.itemStart = state.cursor;
         if (SKERR e = parser.ParseItem())
             return e;
+    }
     return SKERR_NONE;
 }
 

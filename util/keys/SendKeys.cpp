@@ -1,4 +1,5 @@
 // SendKeys, the run behind it, and the escaping of literal text.
+#include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 
 #include "keys/PressKeyHelper.h"
@@ -37,21 +38,54 @@ bool PressShortcut(const wchar_t* script, DWORD delayMs) {
 
 namespace tav::keys {
 
+namespace {
+
+// Command words, then parse, then play: the run behind both RunKeyScript and CarryOutKeyScript.
+void RunScript(const wchar_t* script, DWORD perEventDelayMs, KeyRunReport& report) {
+    if (script == nullptr)
+        script = L"";
+    const SKERR commands = detail::CarryOutCommandWords(script);
+    if (commands == SKERR_COMMANDDONE) {
+        report.commandWords = true;
+        return;
+    }
+    if (commands != SKERR_NONE) {
+        report.result = commands;
+        return;
+    }
+    if (SKERR e = ParseKeyScript(script)) {
+        report.result = e;
+        report.errorAt = static_cast<size_t>(detail::State().itemStart - script);
+        return;
+    }
+    detail::State().inProgress = 0;
+    PlayKeyQueue(perEventDelayMs);
+    report.played = true;
+}
+
+}  // namespace
+
 SKERR RunKeyScript(const wchar_t* script) { return RunKeyScript(script, 0); }
 
 SKERR RunKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
-    if (script == nullptr)
-        script = L"";
-    SKERR commands = detail::CarryOutCommandWords(script);
-    if (commands == SKERR_COMMANDDONE)
-        return SKERR_NONE;
-    if (commands != SKERR_NONE)
-        return commands;
-    if (SKERR e = ParseKeyScript(script))
-        return e;
-    detail::State().inProgress = 0;
-    PlayKeyQueue(perEventDelayMs);
-    return SKERR_NONE;
+    KeyRunReport report;
+    RunScript(script, perEventDelayMs, report);
+    return report.result;
+}
+
+KeyRunReport CarryOutKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
+    KeyRunReport report;
+    if (SendKeys_InProgress() != 0) {
+        MessageBeep(MB_ICONEXCLAMATION);
+        report.result = SKERR_BUSY;
+        return report;
+    }
+    if (script != nullptr && PressShortcut(script, perEventDelayMs)) {
+        report.shortcut = true;
+        return report;
+    }
+    RunScript(script, perEventDelayMs, report);
+    return report;
 }
 
 }  // namespace tav::keys
@@ -59,16 +93,10 @@ SKERR RunKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
 SKERR SendKeys(const wchar_t* script) { return SendKeysPaced(script, 0); }
 
 SKERR SendKeysPaced(const wchar_t* script, DWORD delayMs) {
-    if (SendKeys_InProgress() != 0) {
-        MessageBeep(MB_ICONEXCLAMATION);
-        return SKERR_BUSY;
-    }
-    if (script != nullptr && PressShortcut(script, delayMs))
-        return SKERR_NONE;
     // The run's result is not passed on, on purpose: hosts treat every accepted script as sent, and a
-    // script with an error simply types nothing.
-    tav::keys::RunKeyScript(script, delayMs);
-    return SKERR_NONE;
+    // script with an error simply types nothing. Only a refused run (another is in progress) says so.
+    const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script, delayMs);
+    return report.result == SKERR_BUSY ? SKERR_BUSY : SKERR_NONE;
 }
 
 void SendKeysRemoveSpecialChars(CString& text) {

@@ -54,27 +54,3 @@ TAVUTIL_API void SendKeys_ReleaseAll();
 TAVUTIL_API void SendKeys_SetInProgress(ULONG_PTR marker);
 TAVUTIL_API void SendKeys_ClearInProgress();
 TAVUTIL_API ULONG_PTR SendKeys_InProgress();
-
-namespace tav::keys {
-
-// The stages of SendKeys, for hosts and tests that need one of them alone.
-
-// Parses `script` into the key queue (see KeyState.h) and sends nothing. SKERR_NONE, or the first error.
-TAVUTIL_API SKERR ParseKeyScript(const wchar_t* script);
-
-// A whole run: command words, then parse, then play. Returns the run's own result (SendKeys discards
-// it): SKERR_NONE when the script ran (or only command words did), SKERR_MENUFAILED, or a parse error.
-TAVUTIL_API SKERR RunKeyScript(const wchar_t* script);
-// The same run with a pause of `perEventDelayMs` before every key event but the first (0: none).
-TAVUTIL_API SKERR RunKeyScript(const wchar_t* script, DWORD perEventDelayMs);
-
-// Plays the key queue from its start as key events (hold mode and the hold list carry over).
-TAVUTIL_API void PlayKeyQueue();
-// The same, with a pause of `perEventDelayMs` before every key event but the first (0: none).
-TAVUTIL_API void PlayKeyQueue(DWORD perEventDelayMs);
-
-// The virtual-key code of a key name of the script language ("ENTER", "f5", ...; any case), or 0 when
-// the name is not in the table. "QUEUESYNC" gives 0xFFFF.
-TAVUTIL_API WORD LookupKeyName(const wchar_t* name);
-
-}  // namespace tav::keys

@@ -35,7 +35,7 @@ void EraseTrailingQuote(CString& text) {
 bool ExtractProgram(const CStdStr<wchar_t>& cmd, CStdStr<wchar_t>& program, CStdStr<wchar_t>& args) {
     if (cmd.IsEmpty())
         return false;
-    CString line(tav::launch::ExpandEnvironment(cmd).c_str());
+    CString line(tav::launch::detail::ExpandEnvironment(cmd).c_str());
     if (line.GetLength() > 0 && line.GetAt(0) == L'"')
         line = line.Mid(1);  // only the opening quote; the closing one goes with the candidate that ends in it
 
@@ -80,7 +80,7 @@ bool isValidFile(const CStdStr<wchar_t>& path, bool stripArgs) {
         stripTrailingArgument(file);
     while (!file.IsEmpty() && file.back() == L'\\')
         file.pop_back();
-    file = tav::launch::ExpandEnvironment(file);
+    file = tav::launch::detail::ExpandEnvironment(file);
     // An empty text (a missing registry value, a line of backslashes) names no file.
     if (file.IsEmpty())
         return false;

@@ -49,7 +49,7 @@ bool ShellOpen(const CStdStr<wchar_t>& programText, const CStdStr<wchar_t>& para
         ForegroundAttentionGrabber grabber;
     }
 
-    const CStdStr<wchar_t> directory = tav::launch::ShellDirectoryFor(programText);
+    const CStdStr<wchar_t> directory = tav::launch::detail::ShellDirectoryFor(programText);
     SHELLEXECUTEINFOW info = {};
     info.cbSize = sizeof(info);
     info.fMask = SEE_MASK_FLAG_NO_UI | (processOut ? SEE_MASK_NOCLOSEPROCESS : 0);
@@ -85,7 +85,7 @@ bool ExecuteProgram(const CStdStr<wchar_t>& commandLine, unsigned int showCmd, b
 
 bool ExecuteProgram(const CStdStr<wchar_t>& program, const CStdStr<wchar_t>& parameters, unsigned int showCmd,
                     bool wait, HANDLE* processOut) {
-    const CStdStr<wchar_t> programText = tav::launch::ExpandEnvironment(program);
+    const CStdStr<wchar_t> programText = tav::launch::detail::ExpandEnvironment(program);
     if (wait) {
         // No quotes are added around the program; parameters from ExtractProgram bring their own blank.
         return ExecProgAndWaitForInit(programText + L" " + parameters, showCmd);
@@ -116,7 +116,7 @@ bool ExecProgAndWaitForInit(const CStdStr<wchar_t>& commandLine, unsigned int sh
     if (WaitForInputIdle(process.get(), kInputIdleTimeoutMs) != 0)
         return false;  // not ready in time: reported, and the program is left running
     for (int pass = 0; pass < kWindowSearchPasses; ++pass) {
-        if (tav::launch::BringFirstWindowToFront(created.dwProcessId))
+        if (tav::launch::detail::BringFirstWindowToFront(created.dwProcessId))
             break;
         Sleep(1000);
     }
@@ -127,7 +127,7 @@ bool BringProcessToForeground(DWORD processId, HANDLE process) {
     if (process && WaitForSingleObject(process, 0) == WAIT_OBJECT_0)
         return false;
     for (int pass = 0; pass < kWindowSearchPasses; ++pass) {
-        if (tav::launch::BringFirstWindowToFront(processId))
+        if (tav::launch::detail::BringFirstWindowToFront(processId))
             return true;
         Sleep(1000);
         if (process && WaitForSingleObject(process, 20) == WAIT_OBJECT_0)

@@ -44,7 +44,6 @@ public:
     operator const wchar_t*() const { return s_.c_str(); }
     const wchar_t* GetString() const { return s_.c_str(); }
     wchar_t GetAt(int index) const { return s_.at(static_cast<size_t>(index)); }
-    void SetAt(int index, wchar_t ch) { s_.at(static_cast<size_t>(index)) = ch; }
 
     // A writable buffer of at least `minLength` units; call ReleaseBuffer when done writing.
     wchar_t* GetBuffer(int minLength = 0) {

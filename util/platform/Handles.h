@@ -149,21 +149,4 @@ private:
     HDC dc_;
 };
 
-// Runs a callable when the scope ends, for one-off clean-ups that have no owner type.
-template <typename F> class ScopeExit {
-public:
-    explicit ScopeExit(F f) : f_(std::move(f)) {}
-    ~ScopeExit() {
-        if (active_)
-            f_();
-    }
-    ScopeExit(const ScopeExit&) = delete;
-    ScopeExit& operator=(const ScopeExit&) = delete;
-    void dismiss() { active_ = false; }
-
-private:
-    F f_;
-    bool active_ = true;
-};
-
 }  // namespace tav

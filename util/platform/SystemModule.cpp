@@ -30,6 +30,8 @@ HMODULE LoadSystemModule(const wchar_t* name) {
     return LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
+namespace platform::detail {
+
 void* Bind(SystemBinding& binding) {
     if (void* address = binding.address.load(std::memory_order_acquire))
         return address;
@@ -54,5 +56,7 @@ void* Bind(SystemBinding& binding) {
     SetLastError(callersError);
     return address;
 }
+
+}  // namespace platform::detail
 
 }  // namespace tav

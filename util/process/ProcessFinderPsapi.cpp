@@ -65,7 +65,7 @@ bool CProcessFinderNT::GetProcessFullName(DWORD pid, CStdStr<wchar_t>& path) {
 bool CProcessFinderNT::GetProcessModules(DWORD, std::list<CStdStr<wchar_t>>&) { return false; }
 
 bool CProcessFinderNT::IsProcessRunning(const CStdStr<wchar_t>& name, bool) {
-    const CStdStr<wchar_t> wanted = tav::process::WantedExecutableName(name);
+    const CStdStr<wchar_t> wanted = tav::process::detail::WantedExecutableName(name);
     DWORD ids[kProcessIdSlots + 1] = {};
     DWORD bytes = 0;
     if (m_pEnumProcesses == nullptr || !m_pEnumProcesses(ids, kProcessIdSlots * sizeof(DWORD), &bytes))

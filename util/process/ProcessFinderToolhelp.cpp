@@ -101,7 +101,7 @@ bool CProcessFinder95::GetProcessModules(DWORD pid, std::list<CStdStr<wchar_t>>&
 bool CProcessFinder95::IsProcessRunning(const CStdStr<wchar_t>& name, bool consoleSessionOnly) {
     if (m_pCreateToolhelp32Snapshot == nullptr)
         return false;
-    const CStdStr<wchar_t> wanted = tav::process::WantedExecutableName(name);
+    const CStdStr<wchar_t> wanted = tav::process::detail::WantedExecutableName(name);
     tav::UniqueSnapshot snapshot(m_pCreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     if (!snapshot)
         return false;

@@ -1,6 +1,6 @@
 #include "registry/Registry.h"
 
-#include "registry/RegistryKey.h"
+#include "registry/detail/RegistryKey.h"
 
 #include <memory>
 #include <new>
@@ -47,8 +47,8 @@ CRegistry& CRegistry::operator=(const CRegistry& other) {
 long CRegistry::OpenKey(HKEY root, const wchar_t* path, const bool& readOnly) {
     m_readOnly = readOnly;
     if (readOnly)
-        return tav::OpenKeyForReading(root, path, m_key);
-    return tav::CreateKey(root, path, KEY_ALL_ACCESS, m_key);
+        return tav::registry::detail::OpenKeyForReading(root, path, m_key);
+    return tav::registry::detail::CreateKey(root, path, KEY_ALL_ACCESS, m_key);
 }
 
 long CRegistry::CloseKey() {

@@ -1,7 +1,7 @@
 // CRegistry: the owner of one open registry key. Every operation returns the Windows status of the registry
 // call it makes (0 = ERROR_SUCCESS; 6 = ERROR_INVALID_HANDLE when no key is open), except ReadStringValue
 // (0 or 1) and the subkey enumerators (a name or null). Read-only opens look in the native view first and
-// then in the 32-bit view (see registry/RegistryKey.h).
+// then in the 32-bit view (see registry/detail/RegistryKey.h).
 #pragma once
 
 #include "../platform/Export.h"

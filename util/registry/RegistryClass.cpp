@@ -1,6 +1,6 @@
 #include "registry/RegistryClass.h"
 
-#include "registry/RegistryKey.h"
+#include "registry/detail/RegistryKey.h"
 
 #include <cwchar>
 
@@ -20,6 +20,9 @@ bool IsPredefinedRoot(HKEY root) {
 
 CRegistryClass::CRegistryClass() : m_lastStatus(0), m_root(HKEY_CURRENT_USER), m_lazyWrite(1) {}
 
+// The destructor puts the fields back to their defaults (an empty path, HKEY_CURRENT_USER, lazy writing).
+// It looks dead and is settled: a host that reads an object after its end (a stale copy, a placement reuse)
+// has always found these values, never the old path, so the resets stay.
 CRegistryClass::~CRegistryClass() {
     m_path.Empty();
     m_root = HKEY_CURRENT_USER;
@@ -29,7 +32,7 @@ CRegistryClass::~CRegistryClass() {
 // Private helpers -----------------------------------------------------------------------------------------
 
 LONG CRegistryClass::OpenCurrent(REGSAM access, tav::UniqueKey& key) {
-    return tav::OpenKey(m_root, m_path, access, key);
+    return tav::registry::detail::OpenKey(m_root, m_path, access, key);
 }
 
 void CRegistryClass::Release(tav::UniqueKey& key) {
@@ -70,7 +73,7 @@ HKEY CRegistryClass::GetRootKey() { return m_root; }
 
 int CRegistryClass::CreateKey(CString path) {
     tav::UniqueKey key;
-    if (tav::CreateKey(m_root, path, KEY_ALL_ACCESS, key) != ERROR_SUCCESS)
+    if (tav::registry::detail::CreateKey(m_root, path, KEY_ALL_ACCESS, key) != ERROR_SUCCESS)
         return 0;
     Release(key);
     m_path = path;
@@ -85,7 +88,7 @@ int CRegistryClass::SetKey(CString path, int canCreate) {
     if (canCreate)
         return CreateKey(path);
     tav::UniqueKey key;
-    m_lastStatus = tav::OpenKey(m_root, path, KEY_QUERY_VALUE, key);
+    m_lastStatus = tav::registry::detail::OpenKey(m_root, path, KEY_QUERY_VALUE, key);
     if (m_lastStatus != ERROR_SUCCESS)
         return 0;
     Release(key);
@@ -106,13 +109,13 @@ CString CRegistryClass::GetCurrentPath() { return m_path; }
 
 int CRegistryClass::KeyExists(CString path, HKEY root) {
     tav::UniqueKey key;
-    return tav::OpenKey(root ? root : m_root, path, KEY_QUERY_VALUE, key) == ERROR_SUCCESS ? 1 : 0;
+    return tav::registry::detail::OpenKey(root ? root : m_root, path, KEY_QUERY_VALUE, key) == ERROR_SUCCESS ? 1 : 0;
 }
 
 int CRegistryClass::DeleteKey(CString path) {
     {
         tav::UniqueKey key;
-        if (tav::OpenKey(m_root, path, KEY_QUERY_VALUE, key) != ERROR_SUCCESS)
+        if (tav::registry::detail::OpenKey(m_root, path, KEY_QUERY_VALUE, key) != ERROR_SUCCESS)
             return 1;  // nothing to delete
     }
     return RegDeleteKeyW(m_root, path) == ERROR_SUCCESS ? 1 : 0;

@@ -6,11 +6,9 @@
 
 #include <iostream>
 
-namespace {
-
 // Diagnostic lines, written only when the caller asked for them: progress to the wide standard output,
 // errors (with the system error number in decimal) to the wide standard error.
-class Diagnostics {
+class VxWindowsPermissionsUtils::Diagnostics {
 public:
     explicit Diagnostics(int verbose) : verbose_(verbose != 0) {}
     template <typename... Parts> void Progress(const Parts&... parts) const {
@@ -26,10 +24,8 @@ private:
     bool verbose_;
 };
 
-}  // namespace
-
 VxWindowsPermissionsUtils::VxWindowsPermissionsUtils() {
-    if (!tav::system::IsNtFamily())
+    if (!tav::system::detail::IsNtFamily())
         return;
     m_hAdvApi32 = tav::LoadSystemModule(L"advapi32.dll");
     m_dwLoadError = GetLastError();
@@ -85,7 +81,7 @@ long VxWindowsPermissionsUtils::QueryMembership(enumQueryGroup group, int* isMem
         return E_FAIL;
     *isMember = FALSE;
 
-    if (!AllFunctionsUsable() && !tav::system::IsNtFamily()) {
+    if (!AllFunctionsUsable() && !tav::system::detail::IsNtFamily()) {
         say.Progress(L"Is 9x, so returning TRUE for IsMemberOf().");
         *isMember = TRUE;
         return S_OK;
@@ -97,39 +93,72 @@ long VxWindowsPermissionsUtils::QueryMembership(enumQueryGroup group, int* isMem
         return E_FAIL;
     }
 
-    // The thread's impersonation token if there is one, else the process token.
-    tav::UniqueHandle token;
-    if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, token.put())) {
-        const DWORD error = GetLastError();
-        if (error != ERROR_NO_TOKEN) {
-            token.reset();
-            say.Error(L"Error from ::OpenThreadToken(). Got token but had other error.  Errno: ", error);
-            return E_FAIL;
-        }
-        SetLastError(0);
-        if (!::OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.put())) {
-            const DWORD processError = GetLastError();
-            token.reset();
-            say.Error(L"Error from ::OpenProcessToken().  Errno: ", processError);
-            return E_FAIL;
-        }
-    }
+    tav::UniqueGlobal groups;
+    if (const long result = ReadTokenGroups(groups, say); result != S_OK)
+        return result;
+    bool inAdministrators = false, inPowerUsers = false;
+    if (const long result =
+            MatchGroups(*static_cast<const TOKEN_GROUPS*>(groups.get()), inAdministrators, inPowerUsers, say);
+        result != S_OK)
+        return result;
+    groups.reset();
 
+    say.Progress(L"is a member of Administrators group:\t", inAdministrators);
+    say.Progress(L"is a member of Power Users group:\t\t", inPowerUsers);
+    switch (group) {
+    case GROUP_ADMINISTRATORS: *isMember = inAdministrators; break;
+    case GROUP_POWER_USERS: *isMember = inPowerUsers; break;
+    default: *isMember = inAdministrators || inPowerUsers; break;
+    }
+    return S_OK;
+}
+
+// The thread's impersonation token if there is one, else the process token.
+long VxWindowsPermissionsUtils::OpenQueryToken(tav::UniqueHandle& token, const Diagnostics& say) const {
+    if (OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, token.put()))
+        return S_OK;
+    const DWORD error = GetLastError();
+    if (error != ERROR_NO_TOKEN) {
+        token.reset();
+        say.Error(L"Error from ::OpenThreadToken(). Got token but had other error.  Errno: ", error);
+        return E_FAIL;
+    }
+    SetLastError(0);
+    if (!::OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.put())) {
+        const DWORD processError = GetLastError();
+        token.reset();
+        say.Error(L"Error from ::OpenProcessToken().  Errno: ", processError);
+        return E_FAIL;
+    }
+    return S_OK;
+}
+
+// The groups of the query token, in a block of their own; the token is closed before this returns.
+long VxWindowsPermissionsUtils::ReadTokenGroups(tav::UniqueGlobal& groups, const Diagnostics& say) const {
+    tav::UniqueHandle token;
+    if (const long result = OpenQueryToken(token, say); result != S_OK)
+        return result;
     DWORD size = 0;
-    GetTokenInformation(token.get(), TokenGroups, nullptr, 0, &size);
-    tav::UniqueGlobal buffer(GlobalAlloc(GPTR, size));
-    if (!buffer) {
+    GetTokenInformation(token.get(), TokenGroups, nullptr, 0, &size);  // asks for the size only
+    groups.reset(GlobalAlloc(GPTR, size));
+    if (!groups) {
         say.Error(L"Error, cannot allocate memory.");
         return E_OUTOFMEMORY;
     }
-    const BOOL read = GetTokenInformation(token.get(), TokenGroups, buffer.get(), size, &size);
+    const BOOL read = GetTokenInformation(token.get(), TokenGroups, groups.get(), size, &size);
     const DWORD readError = GetLastError();
     token.reset();
     if (!read) {
         say.Error(L"Error from ::GetTokenInformation().  Errno: ", readError);
         return E_FAIL;
     }
+    return S_OK;
+}
 
+// Whether Administrators and Power Users are among `groups`. An invalid entry ends the walk: what was found
+// before it stands.
+long VxWindowsPermissionsUtils::MatchGroups(const TOKEN_GROUPS& groups, bool& inAdministrators, bool& inPowerUsers,
+                                            const Diagnostics& say) const {
     // The two failure texts differ by one blank, so that a log tells which of the two SIDs failed.
     tav::UniqueSid administrators, powerUsers;
     if (!BuildGroupSid(DOMAIN_ALIAS_RID_ADMINS, administrators.put())) {
@@ -141,31 +170,20 @@ long VxWindowsPermissionsUtils::QueryMembership(enumQueryGroup group, int* isMem
         return E_FAIL;
     }
 
-    const auto* groups = static_cast<const TOKEN_GROUPS*>(buffer.get());
-    const SID_AND_ATTRIBUTES* entries = groups->Groups;
-    say.Progress(L"member of ", groups->GroupCount, L" groups.");
-    bool inAdministrators = false, inPowerUsers = false;
-    for (DWORD i = 0; i < groups->GroupCount; ++i) {
+    const SID_AND_ATTRIBUTES* entries = groups.Groups;
+    say.Progress(L"member of ", groups.GroupCount, L" groups.");
+    for (DWORD i = 0; i < groups.GroupCount; ++i) {
         if (!IsValidSid(entries[i].Sid)) {
             say.Error(L"ERROR!  invalid Sid.  Errno: ", GetLastError());
-            break;  // what was found so far stands
+            break;
         }
         if (EqualSid(entries[i].Sid, administrators.get()))
             inAdministrators = true;
         if (EqualSid(entries[i].Sid, powerUsers.get()))
             inPowerUsers = true;
     }
-    administrators.reset();
+    administrators.reset();  // freed in the order they were made
     powerUsers.reset();
-    buffer.reset();
-
-    say.Progress(L"is a member of Administrators group:\t", inAdministrators);
-    say.Progress(L"is a member of Power Users group:\t\t", inPowerUsers);
-    switch (group) {
-    case GROUP_ADMINISTRATORS: *isMember = inAdministrators; break;
-    case GROUP_POWER_USERS: *isMember = inPowerUsers; break;
-    default: *isMember = inAdministrators || inPowerUsers; break;
-    }
     return S_OK;
 }
 

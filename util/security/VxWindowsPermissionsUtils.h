@@ -5,6 +5,7 @@
 #pragma once
 
 #include "../platform/Export.h"
+#include "../platform/Handles.h"
 
 #include <windows.h>
 
@@ -50,7 +51,14 @@ private:
     using EqualSidFn = BOOL(WINAPI*)(PSID, PSID);
     using FreeSidFn = PVOID(WINAPI*)(PSID);
 
+    class Diagnostics;  // the progress and error lines of a verbose query
+
+    // The query reads as its steps: open the token, read its groups, match them against the two SIDs.
     long QueryMembership(enumQueryGroup group, int* isMember, int verbose);
+    long OpenQueryToken(tav::UniqueHandle& token, const Diagnostics& say) const;
+    long ReadTokenGroups(tav::UniqueGlobal& groups, const Diagnostics& say) const;
+    long MatchGroups(const TOKEN_GROUPS& groups, bool& inAdministrators, bool& inPowerUsers,
+                     const Diagnostics& say) const;
     bool BuildGroupSid(DWORD aliasRid, PSID* sid) const;
     static int AskAsTemporary(enumQueryGroup group);
 

@@ -4,9 +4,9 @@
 
 namespace {
 
-using tav::system::IsNtFamily;
-using tav::system::ReadVersion;
-using tav::system::ReadVersionEx;
+using tav::system::detail::IsNtFamily;
+using tav::system::detail::ReadVersion;
+using tav::system::detail::ReadVersionEx;
 
 bool TextIs(const wchar_t* text, const wchar_t* expected) { return wcscmp(text, expected) == 0; }
 

@@ -4,7 +4,7 @@
 #include "platform/Handles.h"
 #include "platform/OleException.h"
 
-namespace ComUtils::detail {
+namespace tav::com::detail {
 
 // A null text stays a null BSTR. A copy that cannot be made raises the class library's memory exception:
 // it is the one failure these functions let pass to their caller.
@@ -17,4 +17,4 @@ inline tav::UniqueBstr CopyToBstr(const wchar_t* text) {
     return tav::UniqueBstr(copy);
 }
 
-}  // namespace ComUtils::detail
+}  // namespace tav::com::detail

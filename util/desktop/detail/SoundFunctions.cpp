@@ -11,11 +11,11 @@ TAV_SYSTEM_BINDING(g_playSound, "winmm.dll", PlaySoundW);
 
 }  // namespace
 
-namespace tav::sound {
+namespace tav::desktop::detail {
 
 BOOL PlaySoundW(const wchar_t* sound, HMODULE module, DWORD flags) {
-    auto function = BoundFunction<decltype(&::PlaySoundW)>(g_playSound);
+    auto function = platform::detail::BoundFunction<decltype(&::PlaySoundW)>(g_playSound);
     return function != nullptr ? function(sound, module, flags) : FALSE;
 }
 
-}  // namespace tav::sound
+}  // namespace tav::desktop::detail

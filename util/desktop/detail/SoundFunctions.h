@@ -5,8 +5,8 @@
 
 #include <windows.h>
 
-namespace tav::sound {
+namespace tav::desktop::detail {
 
 BOOL PlaySoundW(const wchar_t* sound, HMODULE module, DWORD flags);
 
-}  // namespace tav::sound
+}  // namespace tav::desktop::detail

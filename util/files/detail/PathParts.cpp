@@ -1,6 +1,6 @@
 #include "files/detail/PathParts.h"
 
-namespace tav::files {
+namespace tav::files::detail {
 
 namespace {
 
@@ -62,4 +62,4 @@ bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const
     return false;
 }
 
-}  // namespace tav::files
+}  // namespace tav::files::detail

@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace tav::files {
+namespace tav::files::detail {
 
 // Capacities in units, terminator included, as the platform's path buffers have them.
 constexpr size_t kDriveCapacity = 3;
@@ -33,4 +33,4 @@ bool SplitPath(const std::wstring& path, PathParts& parts);
 // does not fit kPathCapacity, `out` is empty and the result is false.
 bool MakePath(std::wstring& out, const wchar_t* drive, const wchar_t* dir, const wchar_t* file, const wchar_t* ext);
 
-}  // namespace tav::files
+}  // namespace tav::files::detail

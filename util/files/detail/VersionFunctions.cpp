@@ -11,21 +11,21 @@ TAV_SYSTEM_BINDING(g_verQueryValue, "version.dll", VerQueryValueW);
 
 }  // namespace
 
-namespace tav::version {
+namespace tav::files::detail {
 
 DWORD GetFileVersionInfoSizeW(const wchar_t* file, DWORD* handle) {
-    auto function = BoundFunction<decltype(&::GetFileVersionInfoSizeW)>(g_getFileVersionInfoSize);
+    auto function = platform::detail::BoundFunction<decltype(&::GetFileVersionInfoSizeW)>(g_getFileVersionInfoSize);
     return function != nullptr ? function(file, handle) : 0;
 }
 
 BOOL GetFileVersionInfoW(const wchar_t* file, DWORD handle, DWORD size, void* data) {
-    auto function = BoundFunction<decltype(&::GetFileVersionInfoW)>(g_getFileVersionInfo);
+    auto function = platform::detail::BoundFunction<decltype(&::GetFileVersionInfoW)>(g_getFileVersionInfo);
     return function != nullptr ? function(file, handle, size, data) : FALSE;
 }
 
 BOOL VerQueryValueW(const void* block, const wchar_t* subBlock, void** buffer, UINT* length) {
-    auto function = BoundFunction<decltype(&::VerQueryValueW)>(g_verQueryValue);
+    auto function = platform::detail::BoundFunction<decltype(&::VerQueryValueW)>(g_verQueryValue);
     return function != nullptr ? function(block, subBlock, buffer, length) : FALSE;
 }
 
-}  // namespace tav::version
+}  // namespace tav::files::detail

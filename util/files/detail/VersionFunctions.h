@@ -6,10 +6,10 @@
 
 #include <windows.h>
 
-namespace tav::version {
+namespace tav::files::detail {
 
 DWORD GetFileVersionInfoSizeW(const wchar_t* file, DWORD* handle);
 BOOL GetFileVersionInfoW(const wchar_t* file, DWORD handle, DWORD size, void* data);
 BOOL VerQueryValueW(const void* block, const wchar_t* subBlock, void** buffer, UINT* length);
 
-}  // namespace tav::version
+}  // namespace tav::files::detail

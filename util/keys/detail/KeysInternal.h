@@ -2,6 +2,7 @@
 #pragma once
 
 #include "keys/KeyState.h"
+#include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 
 #include <windows.h>
@@ -22,11 +23,12 @@ struct PlayerState {
 
 // The process-wide state of keystroke synthesis, defined together in KeyState.cpp.
 struct KeyState {
-    KeyQueue queue;                   // written by the parser only, read by the player only
-    HoldList holdList;                // written by the player and SendKeys_ReleaseAll only
-    PlayerState player;               // the player only; reset per run except `hold`
-    const wchar_t* cursor = nullptr;  // the parser's position in the script being parsed
-    ULONG_PTR inProgress = 0;         // set by hosts, cleared by a run, read by SendKeys
+    KeyQueue queue;                      // written by the parser only, read by the player only
+    HoldList holdList;                   // written by the player and SendKeys_ReleaseAll only
+    PlayerState player;                  // the player only; reset per run except `hold`
+    const wchar_t* cursor = nullptr;     // the parser's position in the script being parsed
+    const wchar_t* itemStart = nullptr;  // where the top-level item being parsed begins (an error's place)
+    ULONG_PTR inProgress = 0;            // set by hosts, cleared by a run, read by SendKeys
 };
 KeyState& State();
 

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-namespace tav::launch {
+namespace tav::launch::detail {
 
 CStdStr<wchar_t> ExpandEnvironment(const CStdStr<wchar_t>& text) {
     constexpr DWORD kCapacity = 512;
@@ -14,4 +14,4 @@ CStdStr<wchar_t> ExpandEnvironment(const CStdStr<wchar_t>& text) {
     return CStdStr<wchar_t>(buffer);
 }
 
-}  // namespace tav::launch
+}  // namespace tav::launch::detail

@@ -3,7 +3,7 @@
 
 #include "strings/StdStr.h"
 
-namespace tav::launch {
+namespace tav::launch::detail {
 
 // The program text without everything from its last backslash on. A text without a backslash is returned
 // whole (the program's own name then stands as its folder): hosts have always launched this way.
@@ -12,4 +12,4 @@ inline CStdStr<wchar_t> ShellDirectoryFor(const CStdStr<wchar_t>& programText) {
     return lastBackslash < 0 ? programText : programText.Left(lastBackslash);
 }
 
-}  // namespace tav::launch
+}  // namespace tav::launch::detail

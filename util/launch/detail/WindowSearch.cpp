@@ -1,6 +1,6 @@
 #include "launch/detail/WindowSearch.h"
 
-namespace tav::launch {
+namespace tav::launch::detail {
 namespace {
 
 struct SearchContext {
@@ -40,4 +40,4 @@ bool BringFirstWindowToFront(DWORD processId) {
     return context.found;
 }
 
-}  // namespace tav::launch
+}  // namespace tav::launch::detail

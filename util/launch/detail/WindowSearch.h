@@ -4,10 +4,10 @@
 
 #include <windows.h>
 
-namespace tav::launch {
+namespace tav::launch::detail {
 
 // Brings the first top-level window that EnumWindows yields for `processId` (or its last active pop-up) to
 // the foreground. False when the process has no top-level window.
 bool BringFirstWindowToFront(DWORD processId);
 
-}  // namespace tav::launch
+}  // namespace tav::launch::detail

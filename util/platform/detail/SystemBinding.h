@@ -9,7 +9,7 @@
 
 #include <atomic>
 
-namespace tav {
+namespace tav::platform::detail {
 
 // One function of a system DLL, bound on first use: process-wide state, not guarded by a lock (two threads
 // binding at once both find the same address). Its module is loaded with LoadSystemModule and stays loaded
@@ -33,11 +33,11 @@ void* Bind(SystemBinding& binding);
 
 template <typename Fn> Fn BoundFunction(SystemBinding& binding) { return reinterpret_cast<Fn>(Bind(binding)); }
 
-}  // namespace tav
+}  // namespace tav::platform::detail
 
 // Declares the binding `variable` of `function` (a plain name, e.g. PlaySoundW) in the system DLL `module`
 // (e.g. "winmm.dll"), at namespace scope.
 #define TAV_SYSTEM_BINDING(variable, module, function)                                                                 \
-    __attribute__((section(".tavbind"), used)) ::tav::SystemBinding variable {                                         \
+    __attribute__((section(".tavbind"), used)) ::tav::platform::detail::SystemBinding variable {                       \
         module, #function, {nullptr}, { nullptr }                                                                      \
     }

@@ -2,7 +2,7 @@
 
 #include <locale>
 
-namespace tav::process {
+namespace tav::process::detail {
 
 CStdStr<wchar_t> WantedExecutableName(const CStdStr<wchar_t>& name) {
     // substr throws std::out_of_range when the name is shorter than the suffix (kept on purpose).
@@ -15,4 +15,4 @@ CStdStr<wchar_t> WantedExecutableName(const CStdStr<wchar_t>& name) {
     return wanted;
 }
 
-}  // namespace tav::process
+}  // namespace tav::process::detail

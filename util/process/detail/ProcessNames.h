@@ -3,7 +3,7 @@
 
 #include "strings/StdStr.h"
 
-namespace tav::process {
+namespace tav::process::detail {
 
 // `name` with ".exe" added unless its last four characters already spell it (in any case); an ".exe"
 // inside the name is not looked at ("a.EXE.exe" stays as it is). Names shorter than four characters have
@@ -11,4 +11,4 @@ namespace tav::process {
 // have always seen and is kept.
 CStdStr<wchar_t> WantedExecutableName(const CStdStr<wchar_t>& name);
 
-}  // namespace tav::process
+}  // namespace tav::process::detail

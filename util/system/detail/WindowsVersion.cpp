@@ -1,6 +1,6 @@
 #include "system/detail/WindowsVersion.h"
 
-namespace tav::system {
+namespace tav::system::detail {
 
 static_assert(sizeof(OSVERSIONINFOW) == 276, "version record size");
 static_assert(sizeof(OSVERSIONINFOEXW) == 284, "extended version record size");
@@ -31,4 +31,4 @@ bool IsNtFamily() {
     return ReadVersion(plain) && IsNtFamily(plain);
 }
 
-}  // namespace tav::system
+}  // namespace tav::system::detail

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-namespace tav::system {
+namespace tav::system::detail {
 
 // The version records with the size fields the system expects: 276 bytes plain, 284 extended. Both
 // start zeroed; false when the system refuses the read.
@@ -18,4 +18,4 @@ inline bool IsNtFamily(const OSVERSIONINFOW& info) { return info.dwPlatformId ==
 // answers for its platform. False when neither read succeeds.
 bool IsNtFamily();
 
-}  // namespace tav::system
+}  // namespace tav::system::detail

@@ -1,6 +1,6 @@
-#include "registry/RegistryKey.h"
+#include "registry/detail/RegistryKey.h"
 
-namespace tav {
+namespace tav::registry::detail {
 
 LONG OpenKey(HKEY root, const wchar_t* path, REGSAM access, UniqueKey& key) {
     key.reset();
@@ -27,4 +27,4 @@ LONG OpenKeyForReading(HKEY root, const wchar_t* path, UniqueKey& key) {
     return OpenKey(root, path, KEY_READ | KEY_WOW64_32KEY, key);
 }
 
-}  // namespace tav
+}  // namespace tav::registry::detail
