@@ -17,3 +17,6 @@ add_dependencies(TavUtil TavUtil_msvc_import_lib)
 set(TAVUTIL_MSVC_IMPORT_LIB ${TAVUTIL_MSVC_IMPORT_LIB} PARENT_SCOPE)
 set(TAVUTIL_LLVM_DLLTOOL ${TAVUTIL_LLVM_DLLTOOL} PARENT_SCOPE)
 install(FILES ${TAVUTIL_MSVC_IMPORT_LIB} DESTINATION lib)
+# The area headers that TavUtilC.h includes, beside it in the installed include folder. (The package's own
+# header rules install the other public headers; this line goes when they take over the area headers too.)
+install(DIRECTORY ${CMAKE_CURRENT_LIST_DIR}/c/ DESTINATION include/TavUtil/capi/c FILES_MATCHING PATTERN "*.h")

@@ -2,7 +2,7 @@
 // caller buffers, and how exceptions become result codes. Private to util/capi.
 #pragma once
 
-#include "capi/TavUtilC.h"
+#include "capi/c/common.h"
 #include "strings/StdStr.h"
 
 #include <cstddef>
@@ -66,5 +66,43 @@ template <typename Body> auto GuardedHandle(Body&& body) noexcept -> decltype(bo
 }
 
 inline bool Flag(int32_t value) { return value != 0; }
+
+// Runs `body` on the handle's object, with the C layer's checks for the handle and the required arguments.
+template <typename Handle, typename Body>
+int32_t OnHandle(Handle handle, std::initializer_list<const void*> required, Body body) {
+    return Guarded([&]() -> int32_t {
+        if (handle == nullptr)
+            return TAV_E_NULL_HANDLE;
+        for (const void* argument : required)
+            if (argument == nullptr)
+                return TAV_E_NULL_ARGUMENT;
+        return body();
+    });
+}
+
+// A text made by `make` (called only when the buffer is acceptable), copied out by the text-out rule.
+template <typename Make> int32_t MadeText(wchar_t* buffer, size_t capacity, size_t* needed, Make make) {
+    return Guarded([&]() -> int32_t {
+        if (BadBuffer(buffer, capacity))
+            return TAV_E_NULL_ARGUMENT;
+        return CopyText(make(), buffer, capacity, needed);
+    });
+}
+
+// A look-up's answer: 1 and the text, or 0 and an empty text.
+inline int32_t FoundText(bool found, const CStdStr<wchar_t>& text, wchar_t* buffer, size_t capacity, size_t* needed) {
+    return WithText(found ? 1 : 0, CopyText(found ? text : CStdStr<wchar_t>(), buffer, capacity, needed));
+}
+
+// A look-up that fills a text and says whether it found something: 1 and the text, or 0 and an empty text.
+template <typename Query> int32_t QueriedText(Query query, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (BadBuffer(buffer, capacity))
+        return TAV_E_NULL_ARGUMENT;
+    CStdStr<wchar_t> text;
+    const bool found = query(text);
+    if (!found)
+        text.clear();
+    return WithText(found ? 1 : 0, CopyText(text, buffer, capacity, needed));
+}
 
 }  // namespace tav::capi

@@ -1,10 +1,8 @@
-// The C interface of automation, accounts and support information.
-#include "capi/TavUtilC.h"
+// c/com.h: Automation.
+#include "capi/c/com.h"
 
 #include "capi/detail/Boundary.h"
 #include "com/ComUtils.h"
-#include "security/VxWindowsPermissionsUtils.h"
-#include "support/SWandDeviceInfo.h"
 
 #include <cstring>
 
@@ -24,32 +22,6 @@ template <typename Pointer> int32_t GiveOut(Pointer& pointer, void** object) {
         raw->AddRef();
     *object = raw;
     return raw != nullptr ? 1 : 0;
-}
-
-// The trigger object of the suite, answered by the host's callbacks.
-class CallbackTrigger : public ITrigger, private ITriggerDevice {
-public:
-    explicit CallbackTrigger(const tav_trigger& callbacks) : m_callbacks(callbacks) {}
-
-    ITriggerDevice* GetCurrentDevice() override {
-        const bool inUse = m_callbacks.has_device != nullptr && m_callbacks.has_device(m_callbacks.context) != 0;
-        return inUse ? this : nullptr;
-    }
-
-private:
-    int GetDeviceKind() const override {
-        return m_callbacks.device_kind ? m_callbacks.device_kind(m_callbacks.context) : 0;
-    }
-    unsigned int GetDeviceNumber() const override {
-        return m_callbacks.device_number ? m_callbacks.device_number(m_callbacks.context) : 0;
-    }
-
-    tav_trigger m_callbacks;
-};
-
-bool IsGroup(int32_t group) {
-    return group >= VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS &&
-           group <= VxWindowsPermissionsUtils::GROUP_ADMINISTRATORS_OR_POWER_USERS;
 }
 
 }  // namespace
@@ -195,48 +167,6 @@ int32_t tav_com_object_name(void* object, wchar_t* buffer, size_t capacity, size
             return TAV_E_NULL_ARGUMENT;
         const auto dispatch = Dispatch(object);
         return CopyText(ComUtils::GetObjName(dispatch), buffer, capacity, needed);
-    });
-}
-
-int32_t tav_is_member_of(int32_t group, int32_t* is_member, int32_t verbose) {
-    return Guarded([&]() -> int32_t {
-        if (!IsGroup(group))
-            return TAV_E_UNKNOWN_ENUM;
-        static_assert(sizeof(int) == sizeof(int32_t), "int is 32 bits");
-        return VxWindowsPermissionsUtils().IsMemberOf(static_cast<VxWindowsPermissionsUtils::enumQueryGroup>(group),
-                                                      reinterpret_cast<int*>(is_member), verbose);
-    });
-}
-
-int32_t tav_is_administrator(void) {
-    return Guarded([]() -> int32_t { return VxWindowsPermissionsUtils::IsAdministrator() ? 1 : 0; });
-}
-
-int32_t tav_is_administrator_or_power_user(void) {
-    return Guarded([]() -> int32_t { return VxWindowsPermissionsUtils::IsAdministratorOrPowerUser() ? 1 : 0; });
-}
-
-int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({address}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (address == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(CSWandDeviceInfo().search(address), buffer, capacity, needed);
-    });
-}
-
-int32_t tav_support_query_with_trigger(const wchar_t* address, const tav_trigger* trigger, wchar_t* buffer,
-                                       size_t capacity, size_t* needed) {
-    if (StrayText({address}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (address == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        if (trigger == nullptr)
-            return CopyText(SWAndDeviceInfoImpl(nullptr).search(address), buffer, capacity, needed);
-        CallbackTrigger callbacks(*trigger);
-        return CopyText(SWAndDeviceInfoImpl(&callbacks).search(address), buffer, capacity, needed);
     });
 }
 

@@ -1,0 +1,33 @@
+// c/clipboard.h: The Unicode text on the clipboard.
+#include "capi/c/clipboard.h"
+
+#include "capi/detail/Boundary.h"
+#include "desktop/Clipboard.h"
+
+using namespace tav::capi;
+
+extern "C" {
+
+int32_t tav_clipboard_get_text(wchar_t* buffer, size_t capacity, size_t* needed) {
+    return Guarded([&]() -> int32_t {
+        if (BadBuffer(buffer, capacity))
+            return TAV_E_NULL_ARGUMENT;
+        ClassicClipboard clipboard(true, nullptr);
+        if (!clipboard.isOpen())
+            return 0;
+        return WithText(1, CopyText(clipboard.getText(), buffer, capacity, needed));
+    });
+}
+
+int32_t tav_clipboard_set_text(const wchar_t* text) {
+    if (StrayText({text}))
+        return kNullArgument;
+    return Guarded([&]() -> int32_t {
+        if (text == nullptr)
+            return TAV_E_NULL_ARGUMENT;
+        ClassicClipboard clipboard(true, nullptr);
+        return clipboard.isOpen() && clipboard.setText(text) ? 1 : 0;
+    });
+}
+
+}  // extern "C"
