@@ -1,4 +1,4 @@
-// c/foreground.h: Permission to bring the host's windows to the front.
+// c/foreground.h: permission to bring the host's windows to the front.
 #include "capi/c/foreground.h"
 
 #include "capi/detail/Boundary.h"
@@ -17,7 +17,7 @@ tav_grabber tav_foreground_grabber_begin(void) {
 }
 
 int32_t tav_foreground_grabber_is_attached(tav_grabber grabber) {
-    return grabber ? static_cast<int32_t>(grabber->grabber.IsAttached()) : kNullHandle;
+    return OnHandle(grabber, {}, [&] { return int32_t{grabber->grabber.IsAttached()}; });
 }
 
 void tav_foreground_grabber_end(tav_grabber grabber) { delete grabber; }

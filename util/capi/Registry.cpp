@@ -25,8 +25,6 @@ tav_registry tav_registry_create(void) {
 void tav_registry_destroy(tav_registry key) { delete key; }
 
 int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only) {
-    if (StrayText({path}))
-        return kNullArgument;
     return OnHandle(key, {path}, [&]() -> int32_t {
         const bool readOnly = Flag(read_only);
         return key->key.OpenKey(Key(root), path, readOnly);
@@ -43,11 +41,7 @@ int32_t tav_registry_is_valid(tav_registry key) {
 
 int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t* buffer, size_t capacity,
                                  size_t* needed) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(key, {name}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(key, {name, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> text;
         const long status = key->key.ReadStringValue(name, text);
         return WithText(status, CopyText(text, buffer, capacity, needed));
@@ -55,14 +49,10 @@ int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t*
 }
 
 int32_t tav_registry_write_string(tav_registry key, const wchar_t* name, const wchar_t* value) {
-    if (StrayText({name, value}))
-        return kNullArgument;
     return OnHandle(key, {name, value}, [&]() -> int32_t { return key->key.WriteStringValue(name, value); });
 }
 
 int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data, uint32_t* size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         static_assert(sizeof(unsigned long) == sizeof(uint32_t), "Windows' unsigned long is 32 bits");
         return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type), static_cast<unsigned char*>(data),
@@ -71,8 +61,6 @@ int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t
 }
 
 int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type, const void* data, uint32_t size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         if (data == nullptr && size != 0)
             return TAV_E_NULL_ARGUMENT;
@@ -81,21 +69,15 @@ int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t t
 }
 
 int32_t tav_registry_delete_value(tav_registry key, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t { return key->key.DeleteValue(name); });
 }
 
 int32_t tav_registry_delete_key(tav_registry key, const wchar_t* subkey) {
-    if (StrayText({subkey}))
-        return kNullArgument;
     return OnHandle(key, {subkey}, [&]() -> int32_t { return key->key.DeleteKey(subkey); });
 }
 
 int32_t tav_registry_subkeys(tav_registry key, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return OnHandle(key, {}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(key, {Out(buffer, capacity)}, [&]() -> int32_t {
         std::list<CStdStr<wchar_t>> names;
         for (const wchar_t* name = key->key.GetFirstSubkey(); name != nullptr; name = key->key.GetNextSubkey())
             names.emplace_back(name);

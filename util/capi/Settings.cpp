@@ -50,14 +50,10 @@ int32_t tav_settings_get_root(tav_settings settings, tav_hkey* root) {
 }
 
 int32_t tav_settings_create_key(tav_settings settings, const wchar_t* path) {
-    if (StrayText({path}))
-        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.CreateKey(path); });
 }
 
 int32_t tav_settings_set_key(tav_settings settings, const wchar_t* path, int32_t can_create) {
-    if (StrayText({path}))
-        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
 }
 
@@ -70,46 +66,32 @@ int32_t tav_settings_path_is_valid(tav_settings settings) {
 }
 
 int32_t tav_settings_current_path(tav_settings settings, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return OnHandle(settings, {}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(settings, {Out(buffer, capacity)}, [&]() -> int32_t {
         return CopyText(settings->settings.GetCurrentPath().GetString(), buffer, capacity, needed);
     });
 }
 
 int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root) {
-    if (StrayText({path}))
-        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
 }
 
 int32_t tav_settings_delete_key(tav_settings settings, const wchar_t* path) {
-    if (StrayText({path}))
-        return kNullArgument;
     return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.DeleteKey(path); });
 }
 
 int32_t tav_settings_delete_value(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.DeleteValue(name); });
 }
 
 int32_t tav_settings_value_exists(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.ValueExists(name); });
 }
 
 int32_t tav_settings_data_size(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.GetDataSize(name); });
 }
 
 int32_t tav_settings_data_type(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name},
                     [&]() -> int32_t { return static_cast<int32_t>(settings->settings.GetDataType(name)); });
 }
@@ -124,9 +106,7 @@ int32_t tav_settings_value_count(tav_settings settings) {
 
 int32_t tav_settings_subkey_name(tav_settings settings, int32_t index, wchar_t* buffer, size_t capacity,
                                  size_t* needed) {
-    return OnHandle(settings, {}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(settings, {Out(buffer, capacity)}, [&]() -> int32_t {
         CString name;
         const int found = settings->settings.GetSubKeyName(index, name);
         return WithText(found, CopyText(found ? name.GetString() : L"", buffer, capacity, needed));
@@ -134,8 +114,6 @@ int32_t tav_settings_subkey_name(tav_settings settings, int32_t index, wchar_t* 
 }
 
 int32_t tav_settings_rename_value(tav_settings settings, const wchar_t* from, const wchar_t* to) {
-    if (StrayText({from, to}))
-        return kNullArgument;
     return OnHandle(settings, {from, to}, [&]() -> int32_t {
         settings->settings.RenameValue(from, to);
         return TAV_OK;
@@ -159,18 +137,12 @@ int32_t tav_settings_last_status(tav_settings settings) {
 
 int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def, wchar_t* buffer,
                                  size_t capacity, size_t* needed) {
-    if (StrayText({name, def}))
-        return kNullArgument;
-    return OnHandle(settings, {name, def}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(settings, {name, def, Out(buffer, capacity)}, [&]() -> int32_t {
         return CopyText(settings->settings.ReadString(name, def).GetString(), buffer, capacity, needed);
     });
 }
 
 int32_t tav_settings_read_dword(tav_settings settings, const wchar_t* name, uint32_t def, uint32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadDword(name, def);
         return TAV_OK;
@@ -178,8 +150,6 @@ int32_t tav_settings_read_dword(tav_settings settings, const wchar_t* name, uint
 }
 
 int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadInt(name, def);
         return TAV_OK;
@@ -187,8 +157,6 @@ int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_
 }
 
 int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadBool(name, def);
         return TAV_OK;
@@ -196,8 +164,6 @@ int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32
 }
 
 int32_t tav_settings_read_color(tav_settings settings, const wchar_t* name, uint32_t def, uint32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadColor(name, def);
         return TAV_OK;
@@ -205,8 +171,6 @@ int32_t tav_settings_read_color(tav_settings settings, const wchar_t* name, uint
 }
 
 int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, double def, double* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         *value = settings->settings.ReadFloat(name, def);
         return TAV_OK;
@@ -215,8 +179,6 @@ int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, doub
 
 int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* def,
                                     tav_date_time* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, def, value}, [&]() -> int32_t {
         COleDateTime fallback;
         std::memcpy(static_cast<void*>(&fallback), def, sizeof fallback);
@@ -226,16 +188,12 @@ int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name, 
 }
 
 int32_t tav_settings_read_binary(tav_settings settings, const wchar_t* name, void* data, uint32_t size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, data}, [&]() -> int32_t {
         return settings->settings.ReadBinary(name, static_cast<unsigned char*>(data), size);
     });
 }
 
 int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_rect* rect) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, rect}, [&]() -> int32_t {
         CRect read(rect->left, rect->top, rect->right, rect->bottom);
         const int ok = settings->settings.ReadRect(name, &read);
@@ -245,8 +203,6 @@ int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_r
 }
 
 int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_point* point) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, point}, [&]() -> int32_t {
         CPoint read(point->x, point->y);
         const int ok = settings->settings.ReadPoint(name, &read);
@@ -256,8 +212,6 @@ int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_
 }
 
 int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_size* size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, size}, [&]() -> int32_t {
         CSize read(size->cx, size->cy);
         const int ok = settings->settings.ReadSize(name, &read);
@@ -267,8 +221,6 @@ int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_s
 }
 
 int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_logfont* font) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, font}, [&]() -> int32_t {
         CFont read;
         LOGFONTW description = {};
@@ -280,44 +232,30 @@ int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_l
 }
 
 int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name, const wchar_t* value) {
-    if (StrayText({name, value}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t { return settings->settings.WriteString(name, value); });
 }
 
 int32_t tav_settings_write_dword(tav_settings settings, const wchar_t* name, uint32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
 }
 
 int32_t tav_settings_write_int(tav_settings settings, const wchar_t* name, int32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteInt(name, value); });
 }
 
 int32_t tav_settings_write_bool(tav_settings settings, const wchar_t* name, int32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteBool(name, value); });
 }
 
 int32_t tav_settings_write_color(tav_settings settings, const wchar_t* name, uint32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
 }
 
 int32_t tav_settings_write_float(tav_settings settings, const wchar_t* name, double value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
 }
 
 int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* value) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, value}, [&]() -> int32_t {
         COleDateTime written;
         std::memcpy(static_cast<void*>(&written), value, sizeof written);
@@ -326,8 +264,6 @@ int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name,
 }
 
 int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name, const tav_rect* rect) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, rect}, [&]() -> int32_t {
         CRect written(rect->left, rect->top, rect->right, rect->bottom);
         return settings->settings.WriteRect(name, &written);
@@ -335,8 +271,6 @@ int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name, cons
 }
 
 int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name, const tav_point* point) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, point}, [&]() -> int32_t {
         CPoint written(point->x, point->y);
         return settings->settings.WritePoint(name, &written);
@@ -344,8 +278,6 @@ int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name, con
 }
 
 int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name, const tav_size* size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, size}, [&]() -> int32_t {
         CSize written(size->cx, size->cy);
         return settings->settings.WriteSize(name, &written);
@@ -353,8 +285,6 @@ int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name, cons
 }
 
 int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name, const tav_logfont* font) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(settings, {name, font}, [&]() -> int32_t {
         LOGFONTW description;
         std::memcpy(&description, font, sizeof description);

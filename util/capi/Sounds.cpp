@@ -1,4 +1,4 @@
-// c/sounds.h: Event sounds of the Windows sound scheme.
+// c/sounds.h: event sounds of the Windows sound scheme.
 #include "capi/c/sounds.h"
 
 #include "capi/detail/Boundary.h"
@@ -17,11 +17,8 @@ tav_sound tav_sound_create(void) {
 }
 
 int32_t tav_sound_play(tav_sound sound, const wchar_t* event_name, int32_t mode) {
-    if (StrayText({event_name}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (sound == nullptr)
-            return TAV_E_NULL_HANDLE;
+    // The mode is checked before the name is missed, as it always was.
+    return OnHandle(sound, {OptionalText(event_name)}, [&]() -> int32_t {
         if (mode < TAV_SOUND_ASYNC || mode > TAV_SOUND_LOOP)
             return TAV_E_UNKNOWN_ENUM;
         if (event_name == nullptr)
@@ -31,26 +28,21 @@ int32_t tav_sound_play(tav_sound sound, const wchar_t* event_name, int32_t mode)
 }
 
 int32_t tav_sound_stop(tav_sound sound) {
-    return Guarded([&]() -> int32_t {
-        if (sound == nullptr)
-            return TAV_E_NULL_HANDLE;
+    return OnHandle(sound, {}, [&] {
         sound->wave.stopPlay();
-        return TAV_OK;
+        return int32_t{TAV_OK};
     });
 }
 
 int32_t tav_sound_is_repeating(tav_sound sound) {
-    return sound ? static_cast<int32_t>(sound->wave.isRepeating()) : kNullHandle;
+    return OnHandle(sound, {}, [&] { return int32_t{sound->wave.isRepeating()}; });
 }
 
 void tav_sound_destroy(tav_sound sound) { delete sound; }
 
 int32_t tav_sound_application_name(wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(cWave::applicationName(), buffer, capacity, needed);
-    });
+    return OnArgs({Out(buffer, capacity)},
+                  [&] { return CopyText(cWave::applicationName(), buffer, capacity, needed); });
 }
 
 }  // extern "C"

@@ -1,4 +1,4 @@
-// c/textfile.h: A whole file in memory as raw bytes.
+// c/textfile.h: a whole file in memory as raw bytes.
 #include "capi/c/textfile.h"
 
 #include "capi/detail/Boundary.h"
@@ -19,30 +19,18 @@ tav_textfile tav_textfile_create(void) {
 void tav_textfile_destroy(tav_textfile file) { delete file; }
 
 int32_t tav_textfile_read(tav_textfile file, const wchar_t* path) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (file == nullptr)
-            return TAV_E_NULL_HANDLE;
-        return path ? (file->file.Read(path) ? 1 : 0) : kNullArgument;
-    });
+    return OnHandle(file, {path}, [&] { return int32_t{file->file.Read(path) ? 1 : 0}; });
 }
 
 int32_t tav_textfile_size(tav_textfile file, uint32_t* size) {
-    if (file == nullptr)
-        return TAV_E_NULL_HANDLE;
-    if (size == nullptr)
-        return TAV_E_NULL_ARGUMENT;
-    *size = file->file.GetSize();
-    return TAV_OK;
+    return OnHandle(file, {size}, [&] {
+        *size = file->file.GetSize();
+        return int32_t{TAV_OK};
+    });
 }
 
 int32_t tav_textfile_bytes(tav_textfile file, void* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (file == nullptr)
-            return TAV_E_NULL_HANDLE;
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(file, {Out(buffer, capacity)}, [&] {
         const char* bytes = file->file.GetBuffer();
         const size_t size = bytes ? file->file.GetSize() : 0;
         return CopyBytes(bytes, size, buffer, capacity, needed);

@@ -1,4 +1,4 @@
-// c/versions.h: Version numbers and version resources.
+// c/versions.h: version numbers and version resources.
 #include "capi/c/versions.h"
 
 #include "capi/detail/Boundary.h"
@@ -32,22 +32,14 @@ CVerNum FromRecord(const tav_version_number& version) {
 extern "C" {
 
 int32_t tav_version_parse(const wchar_t* text, tav_version_number* version) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (text == nullptr || version == nullptr)
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({text, version}, [&] {
         ToRecord(CVerNum(text), version);
-        return TAV_OK;
+        return int32_t{TAV_OK};
     });
 }
 
 int32_t tav_version_compare(const tav_version_number* a, const tav_version_number* b) {
-    return Guarded([&]() -> int32_t {
-        if (a == nullptr || b == nullptr)
-            return TAV_E_NULL_ARGUMENT;
-        return FromRecord(*a).Compare(FromRecord(*b));
-    });
+    return OnArgs({a, b}, [&] { return int32_t{FromRecord(*a).Compare(FromRecord(*b))}; });
 }
 
 tav_verinfo tav_verinfo_create(void) {
@@ -57,19 +49,12 @@ tav_verinfo tav_verinfo_create(void) {
 void tav_verinfo_destroy(tav_verinfo info) { delete info; }
 
 int32_t tav_verinfo_init(tav_verinfo info, const wchar_t* file) {
-    if (StrayText({file}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (info == nullptr)
-            return TAV_E_NULL_HANDLE;
-        return file ? info->info.Init(file) : kNullArgument;
-    });
+    return OnHandle(info, {file}, [&] { return int32_t{info->info.Init(file)}; });
 }
 
 int32_t tav_verinfo_field(tav_verinfo info, int32_t field, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (info == nullptr)
-            return TAV_E_NULL_HANDLE;
+    // The field is checked before the buffer, as it always was.
+    return OnHandle(info, {}, [&]() -> int32_t {
         if (!IsVerField(field))
             return TAV_E_UNKNOWN_ENUM;
         if (BadBuffer(buffer, capacity))
@@ -93,47 +78,36 @@ int32_t tav_verinfo_field_name(int32_t field, wchar_t* buffer, size_t capacity, 
 }
 
 int32_t tav_verinfo_file_version(tav_verinfo info, tav_version_number* version) {
-    return Guarded([&]() -> int32_t {
-        if (info == nullptr)
-            return TAV_E_NULL_HANDLE;
-        if (version == nullptr)
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(info, {version}, [&] {
         CVerNum number;
         const int found = info->info.GetFileVersionNum(&number);
         ToRecord(number, version);
-        return found ? 1 : 0;
+        return int32_t{found ? 1 : 0};
     });
 }
 
 int32_t tav_verinfo_product_version(tav_verinfo info, tav_version_number* version) {
-    return Guarded([&]() -> int32_t {
-        if (info == nullptr)
-            return TAV_E_NULL_HANDLE;
-        if (version == nullptr)
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(info, {version}, [&] {
         CVerNum number;
         const int found = info->info.GetProductVersionNum(&number);
         ToRecord(number, version);
-        return found ? 1 : 0;
+        return int32_t{found ? 1 : 0};
     });
 }
 
 int32_t tav_verinfo_language_code(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (info == nullptr)
-        return TAV_E_NULL_HANDLE;
-    return MadeText(buffer, capacity, needed, [&] { return CStdStr<wchar_t>(info->info.GetLanguageCode()); });
+    return OnHandle(info, {Out(buffer, capacity)},
+                    [&] { return CopyText(info->info.GetLanguageCode(), buffer, capacity, needed); });
 }
 
 int32_t tav_verinfo_code_page(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (info == nullptr)
-        return TAV_E_NULL_HANDLE;
-    return MadeText(buffer, capacity, needed, [&] { return CStdStr<wchar_t>(info->info.GetKbdCodePage()); });
+    return OnHandle(info, {Out(buffer, capacity)},
+                    [&] { return CopyText(info->info.GetKbdCodePage(), buffer, capacity, needed); });
 }
 
 int32_t tav_verinfo_file_name(tav_verinfo info, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (info == nullptr)
-        return TAV_E_NULL_HANDLE;
-    return MadeText(buffer, capacity, needed, [&] { return info->info.GetFileName(); });
+    return OnHandle(info, {Out(buffer, capacity)},
+                    [&] { return CopyText(info->info.GetFileName(), buffer, capacity, needed); });
 }
 
 }  // extern "C"

@@ -1,4 +1,4 @@
-// c/waits.h: Abortable waits that keep the thread's messages flowing.
+// c/waits.h: abortable waits that keep the thread's messages flowing.
 #include "capi/c/waits.h"
 
 #include "capi/detail/Boundary.h"
@@ -17,23 +17,23 @@ tav_wait tav_wait_create(void) {
 }
 
 int32_t tav_wait_wait(tav_wait wait, uint32_t timeout_ms, uint32_t step_ms, int32_t stop_on_command) {
-    return Guarded([&]() -> int32_t {
-        if (wait == nullptr)
-            return TAV_E_NULL_HANDLE;
-        return wait->wait.Wait(timeout_ms, step_ms, Flag(stop_on_command));
+    return OnHandle(wait, {}, [&] { return int32_t{wait->wait.Wait(timeout_ms, step_ms, Flag(stop_on_command))}; });
+}
+
+int32_t tav_wait_abort(tav_wait wait) {
+    return OnHandle(wait, {}, [&] { return int32_t{wait->wait.Abort()}; });
+}
+
+int32_t tav_wait_init(tav_wait wait) {
+    return OnHandle(wait, {}, [&] {
+        wait->wait.Init();
+        return int32_t{TAV_OK};
     });
 }
 
-int32_t tav_wait_abort(tav_wait wait) { return wait ? static_cast<int32_t>(wait->wait.Abort()) : kNullHandle; }
-
-int32_t tav_wait_init(tav_wait wait) {
-    if (wait == nullptr)
-        return TAV_E_NULL_HANDLE;
-    wait->wait.Init();
-    return TAV_OK;
+int32_t tav_wait_status(tav_wait wait) {
+    return OnHandle(wait, {}, [&] { return int32_t{wait->wait.GetStatus()}; });
 }
-
-int32_t tav_wait_status(tav_wait wait) { return wait ? static_cast<int32_t>(wait->wait.GetStatus()) : kNullHandle; }
 
 void tav_wait_destroy(tav_wait wait) { delete wait; }
 

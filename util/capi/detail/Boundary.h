@@ -67,17 +67,55 @@ template <typename Body> auto GuardedHandle(Body&& body) noexcept -> decltype(bo
 
 inline bool Flag(int32_t value) { return value != 0; }
 
-// Runs `body` on the handle's object, with the C layer's checks for the handle and the required arguments.
-template <typename Handle, typename Body>
-int32_t OnHandle(Handle handle, std::initializer_list<const void*> required, Body body) {
+// One argument of a wrapper, as the checks at the boundary see it: a text (neither a stray number nor null),
+// an optional text (may be null, never a stray number), a pointer that must not be null, or an output buffer
+// (null only with capacity 0, a size query).
+class Arg {
+public:
+    Arg(const wchar_t* text) : m_pointer(text), m_text(true), m_required(true) {}
+    template <typename T> Arg(T* pointer) : m_pointer(pointer), m_text(false), m_required(true) {}
+
+    static Arg OptionalText(const wchar_t* text) { return Arg(text, true, false); }
+    static Arg Out(const void* buffer, size_t capacity) { return Arg(buffer, false, capacity != 0); }
+
+    bool Stray() const { return m_text && StrayText({static_cast<const wchar_t*>(m_pointer)}); }
+    bool Missing() const { return m_required && m_pointer == nullptr; }
+
+private:
+    Arg(const void* pointer, bool text, bool required) : m_pointer(pointer), m_text(text), m_required(required) {}
+
+    const void* m_pointer;
+    bool m_text;
+    bool m_required;
+};
+using Args = std::initializer_list<Arg>;
+
+inline Arg OptionalText(const wchar_t* text) { return Arg::OptionalText(text); }
+inline Arg Out(const void* buffer, size_t capacity) { return Arg::Out(buffer, capacity); }
+
+// The checks every wrapper makes, in this order, before `body` runs with no exception leaving it: a stray
+// number among the texts, a null handle (TAV_E_NULL_HANDLE), a missing argument. A stray number and a
+// missing argument are both TAV_E_NULL_ARGUMENT.
+template <typename Handle, typename Body> int32_t OnHandle(Handle handle, Args args, Body body) {
+    for (const Arg& arg : args)
+        if (arg.Stray())
+            return TAV_E_NULL_ARGUMENT;
     return Guarded([&]() -> int32_t {
         if (handle == nullptr)
             return TAV_E_NULL_HANDLE;
-        for (const void* argument : required)
-            if (argument == nullptr)
+        for (const Arg& arg : args)
+            if (arg.Missing())
                 return TAV_E_NULL_ARGUMENT;
         return body();
     });
+}
+
+// The same checks for a wrapper without a handle.
+template <typename Body> int32_t OnArgs(Args args, Body body) {
+    for (const Arg& arg : args)
+        if (arg.Stray() || arg.Missing())
+            return TAV_E_NULL_ARGUMENT;
+    return Guarded(body);
 }
 
 // A text made by `make` (called only when the buffer is acceptable), copied out by the text-out rule.
