@@ -9,9 +9,7 @@ using namespace tav::capi;
 extern "C" {
 
 int32_t tav_clipboard_get_text(wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         ClassicClipboard clipboard(true, nullptr);
         if (!clipboard.isOpen())
             return 0;
@@ -20,11 +18,7 @@ int32_t tav_clipboard_get_text(wchar_t* buffer, size_t capacity, size_t* needed)
 }
 
 int32_t tav_clipboard_set_text(const wchar_t* text) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (text == nullptr)
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({text}, [&]() -> int32_t {
         ClassicClipboard clipboard(true, nullptr);
         return clipboard.isOpen() && clipboard.setText(text) ? 1 : 0;
     });

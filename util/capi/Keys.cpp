@@ -15,29 +15,19 @@ using namespace tav::capi;
 extern "C" {
 
 int32_t tav_send_keys(const wchar_t* script) {
-    if (StrayText({script}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t { return script ? static_cast<int32_t>(SendKeys(script)) : kNullArgument; });
+    return OnArgs({script}, [&] { return static_cast<int32_t>(SendKeys(script)); });
 }
 
 int32_t tav_send_text(const wchar_t* text) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t { return text ? static_cast<int32_t>(SendText(text)) : kNullArgument; });
+    return OnArgs({text}, [&] { return static_cast<int32_t>(SendText(text)); });
 }
 
 int32_t tav_send_keys_paced(const wchar_t* script, uint32_t delay_ms) {
-    if (StrayText({script}))
-        return kNullArgument;
-    return Guarded(
-        [&]() -> int32_t { return script ? static_cast<int32_t>(SendKeysPaced(script, delay_ms)) : kNullArgument; });
+    return OnArgs({script}, [&] { return static_cast<int32_t>(SendKeysPaced(script, delay_ms)); });
 }
 
 int32_t tav_send_text_paced(const wchar_t* text, uint32_t delay_ms) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded(
-        [&]() -> int32_t { return text ? static_cast<int32_t>(SendTextPaced(text, delay_ms)) : kNullArgument; });
+    return OnArgs({text}, [&] { return static_cast<int32_t>(SendTextPaced(text, delay_ms)); });
 }
 
 int32_t tav_send_keys_release_all(void) {
@@ -64,26 +54,15 @@ int32_t tav_send_keys_clear_in_progress(void) {
 uintptr_t tav_send_keys_in_progress(void) { return SendKeys_InProgress(); }
 
 int32_t tav_keys_run(const wchar_t* script) {
-    if (StrayText({script}))
-        return kNullArgument;
-    return Guarded(
-        [&]() -> int32_t { return script ? static_cast<int32_t>(tav::keys::RunKeyScript(script)) : kNullArgument; });
+    return OnArgs({script}, [&] { return static_cast<int32_t>(tav::keys::RunKeyScript(script)); });
 }
 
 int32_t tav_keys_run_paced(const wchar_t* script, uint32_t delay_ms) {
-    if (StrayText({script}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        return script ? static_cast<int32_t>(tav::keys::RunKeyScript(script, delay_ms)) : kNullArgument;
-    });
+    return OnArgs({script}, [&] { return static_cast<int32_t>(tav::keys::RunKeyScript(script, delay_ms)); });
 }
 
 int32_t tav_keys_escape(const wchar_t* text, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (text == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({text, Out(buffer, capacity)}, [&]() -> int32_t {
         CString escaped(text);
         SendKeysRemoveSpecialChars(escaped);
         return CopyText(escaped.GetString(), buffer, capacity, needed);
@@ -91,11 +70,7 @@ int32_t tav_keys_escape(const wchar_t* text, wchar_t* buffer, size_t capacity, s
 }
 
 int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity, size_t* needed) {
-    if (StrayText({script}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (script == nullptr || BadBuffer(entries, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({script, Out(entries, capacity)}, [&]() -> int32_t {
         const SKERR result = tav::keys::ParseKeyScript(script);
         const tav::keys::KeyQueue& queue = tav::keys::TheKeyQueue();
         std::vector<uint16_t> copy(static_cast<size_t>(queue.Count()));
@@ -113,10 +88,7 @@ int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity
 }
 
 int32_t tav_keys_lookup_name(const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return Guarded(
-        [&]() -> int32_t { return name ? static_cast<int32_t>(tav::keys::LookupKeyName(name)) : kNullArgument; });
+    return OnArgs({name}, [&] { return static_cast<int32_t>(tav::keys::LookupKeyName(name)); });
 }
 
 }  // extern "C"

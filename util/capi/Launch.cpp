@@ -14,11 +14,7 @@ extern "C" {
 
 int32_t tav_launch_extract_program(const wchar_t* command_line, wchar_t* program, size_t program_capacity,
                                    size_t* program_needed, wchar_t* args, size_t args_capacity, size_t* args_needed) {
-    if (StrayText({command_line}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (command_line == nullptr || BadBuffer(program, program_capacity) || BadBuffer(args, args_capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({command_line, Out(program, program_capacity), Out(args, args_capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> programText;
         CStdStr<wchar_t> argsText;
         const bool split = ExtractProgram(command_line, programText, argsText);
@@ -28,11 +24,7 @@ int32_t tav_launch_extract_program(const wchar_t* command_line, wchar_t* program
 }
 
 int32_t tav_launch_strip_trailing_argument(const wchar_t* line, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({line}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (line == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({line, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> text(line);
         stripTrailingArgument(text);
         return CopyText(text, buffer, capacity, needed);
@@ -40,21 +32,11 @@ int32_t tav_launch_strip_trailing_argument(const wchar_t* line, wchar_t* buffer,
 }
 
 int32_t tav_launch_is_valid_file(const wchar_t* path, int32_t strip_args) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (path == nullptr)
-            return TAV_E_NULL_ARGUMENT;
-        return isValidFile(path, Flag(strip_args)) ? 1 : 0;
-    });
+    return OnArgs({path}, [&]() -> int32_t { return isValidFile(path, Flag(strip_args)) ? 1 : 0; });
 }
 
 int32_t tav_launch_command_line(const wchar_t* command_line, uint32_t show_cmd, int32_t wait, tav_handle* process) {
-    if (StrayText({command_line}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (command_line == nullptr)
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({command_line}, [&]() -> int32_t {
         if (process != nullptr)
             *process = nullptr;
         return ExecuteProgram(command_line, show_cmd, Flag(wait), reinterpret_cast<HANDLE*>(process)) ? 1 : 0;
@@ -63,11 +45,7 @@ int32_t tav_launch_command_line(const wchar_t* command_line, uint32_t show_cmd, 
 
 int32_t tav_launch_program(const wchar_t* program, const wchar_t* parameters, uint32_t show_cmd, int32_t wait,
                            tav_handle* process) {
-    if (StrayText({program, parameters}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (program == nullptr || parameters == nullptr)
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({program, parameters}, [&]() -> int32_t {
         if (process != nullptr)
             *process = nullptr;
         return ExecuteProgram(program, parameters, show_cmd, Flag(wait), reinterpret_cast<HANDLE*>(process)) ? 1 : 0;
@@ -75,13 +53,7 @@ int32_t tav_launch_program(const wchar_t* program, const wchar_t* parameters, ui
 }
 
 int32_t tav_launch_and_wait_for_init(const wchar_t* command_line, uint32_t show_cmd) {
-    if (StrayText({command_line}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (command_line == nullptr)
-            return TAV_E_NULL_ARGUMENT;
-        return ExecProgAndWaitForInit(command_line, show_cmd) ? 1 : 0;
-    });
+    return OnArgs({command_line}, [&]() -> int32_t { return ExecProgAndWaitForInit(command_line, show_cmd) ? 1 : 0; });
 }
 
 int32_t tav_launch_bring_to_foreground(uint32_t process_id, tav_handle process) {
@@ -91,9 +63,7 @@ int32_t tav_launch_bring_to_foreground(uint32_t process_id, tav_handle process) 
 int32_t tav_launch_close_handle(tav_handle handle) { return handle != nullptr && CloseHandle(handle) ? 1 : 0; }
 
 int32_t tav_launch_messengers_available(wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         std::list<CStdStr<wchar_t>> messengers;
         GetAvailableMessengers(messengers);
         return WithText(static_cast<int32_t>(messengers.size()), CopyList(messengers, buffer, capacity, needed));
@@ -101,9 +71,7 @@ int32_t tav_launch_messengers_available(wchar_t* buffer, size_t capacity, size_t
 }
 
 int32_t tav_launch_messenger(const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t { return name ? LaunchMessenger(name) : kNullArgument; });
+    return OnArgs({name}, [&] { return int32_t{LaunchMessenger(name)}; });
 }
 
 int32_t tav_launch_is_pv_app_installed(wchar_t* buffer, size_t capacity, size_t* needed) {

@@ -40,9 +40,8 @@ extern "C" {
 
 int32_t tav_log_write(int32_t level, const wchar_t* file, int32_t line, const wchar_t* function,
                       const wchar_t* message) {
-    if (StrayText({file, function, message}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
+    // The level is checked before a missing text, as it always was.
+    return OnArgs({OptionalText(file), OptionalText(function), OptionalText(message)}, [&]() -> int32_t {
         if (!IsLogLevel(level))
             return TAV_E_UNKNOWN_ENUM;
         if (file == nullptr || function == nullptr || message == nullptr)
@@ -79,19 +78,11 @@ int32_t tav_log_level_name(int32_t level, wchar_t* buffer, size_t capacity, size
 }
 
 int32_t tav_log_level_from_name(const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (name == nullptr)
-            return TAV_E_NULL_ARGUMENT;
-        return static_cast<int32_t>(LevelLookup().FromString(name));
-    });
+    return OnArgs({name}, [&]() -> int32_t { return static_cast<int32_t>(LevelLookup().FromString(name)); });
 }
 
 int32_t tav_log_set_output(int32_t output, const wchar_t* path) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
+    return OnArgs({OptionalText(path)}, [&]() -> int32_t {
         switch (output) {
         case TAV_LOG_TO_STDERR: ReplaceLogStream(stderr); return 1;
         case TAV_LOG_TO_NONE: ReplaceLogStream(nullptr); return 1;

@@ -29,11 +29,8 @@ uint32_t tav_os_service_pack_minor(void) {
 }
 
 int32_t tav_os_service_pack(wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(OSInfo().servicePack(), buffer, capacity, needed);
-    });
+    return OnArgs({Out(buffer, capacity)},
+                  [&]() -> int32_t { return CopyText(OSInfo().servicePack(), buffer, capacity, needed); });
 }
 
 int32_t tav_os_ask(int32_t question) {

@@ -17,11 +17,7 @@ extern "C" {
 
 int32_t tav_picker_files(const wchar_t* filter, const wchar_t* initial_dir, const wchar_t* title, wchar_t* buffer,
                          size_t capacity, size_t* needed) {
-    if (StrayText({filter, initial_dir, title}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (filter == nullptr || initial_dir == nullptr || title == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({filter, initial_dir, title, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> file;
         const bool chosen = BrowseFiles(filter, file, initial_dir, title);
         return WithText(chosen ? 1 : 0, CopyText(file, buffer, capacity, needed));
@@ -30,11 +26,7 @@ int32_t tav_picker_files(const wchar_t* filter, const wchar_t* initial_dir, cons
 
 int32_t tav_picker_folder(const wchar_t* title, const wchar_t* folder, tav_hwnd parent, wchar_t* buffer,
                           size_t capacity, size_t* needed) {
-    if (StrayText({title, folder}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (title == nullptr || folder == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({title, folder, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> chosenFolder(folder);
         CWnd owner(Window(parent));
         const bool chosen = BrowseForFolder(title, chosenFolder, parent ? &owner : nullptr);

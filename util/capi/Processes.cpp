@@ -25,17 +25,13 @@ tav_hwnd tav_process_wait_foreground_window(void) {
 }
 
 int32_t tav_process_foreground_name(intptr_t window, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         return CopyText(Finder().GetForegroundProcessName(window), buffer, capacity, needed);
     });
 }
 
 int32_t tav_process_foreground_full_name(intptr_t window, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         return CopyText(Finder().GetForegroundProcessFullName(window), buffer, capacity, needed);
     });
 }
@@ -55,19 +51,12 @@ int32_t tav_process_full_name(uint32_t pid, wchar_t* buffer, size_t capacity, si
 }
 
 int32_t tav_process_is_running(const wchar_t* name, int32_t console_session_only) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (name == nullptr)
-            return TAV_E_NULL_ARGUMENT;
-        return Finder().IsProcessRunning(name, Flag(console_session_only)) ? 1 : 0;
-    });
+    return OnArgs({name},
+                  [&]() -> int32_t { return Finder().IsProcessRunning(name, Flag(console_session_only)) ? 1 : 0; });
 }
 
 int32_t tav_process_modules(uint32_t pid, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         std::list<CStdStr<wchar_t>> modules;
         const bool found = Finder().GetProcessModules(pid, modules);
         if (!found)

@@ -9,9 +9,7 @@ using namespace tav::capi;
 extern "C" {
 
 int32_t tav_software_install_date(wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         const CStdStr<wchar_t> date = TrimdialInstallDate();
         return FoundText(!date.empty(), date, buffer, capacity, needed);
     });
@@ -19,11 +17,7 @@ int32_t tav_software_install_date(wchar_t* buffer, size_t capacity, size_t* need
 
 int32_t tav_software_application_path(const wchar_t* app, const wchar_t* ext, wchar_t* buffer, size_t capacity,
                                       size_t* needed) {
-    if (StrayText({app, ext}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (app == nullptr || ext == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({app, ext, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> path;
         const bool found = FindApplicationPath(app, path, ext);
         return FoundText(found, path, buffer, capacity, needed);
@@ -31,11 +25,7 @@ int32_t tav_software_application_path(const wchar_t* app, const wchar_t* ext, wc
 }
 
 int32_t tav_software_progid_server(const wchar_t* prog_id, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({prog_id}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (prog_id == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({prog_id, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> path;
         const bool found = FindMostRecentProgIdPath(prog_id, path);
         return FoundText(found, path, buffer, capacity, needed);

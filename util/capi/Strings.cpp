@@ -12,22 +12,14 @@ using namespace tav::capi;
 extern "C" {
 
 int32_t tav_string_cut(const wchar_t* text, int32_t width, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (text == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({text, Out(buffer, capacity)}, [&]() -> int32_t {
         const auto pieces = StringCut(text, width);
         return WithText(static_cast<int32_t>(pieces.size()), CopyList(pieces, buffer, capacity, needed));
     });
 }
 
 int32_t tav_string_set_length(const wchar_t* text, int32_t length, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({text}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (text == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({text, Out(buffer, capacity)}, [&]() -> int32_t {
         // Lengths beyond the text give the text itself: capped here so that no buffer is grown for nothing.
         const int32_t textLength = static_cast<int32_t>(std::wcslen(text));
         CString s(text);
@@ -37,11 +29,7 @@ int32_t tav_string_set_length(const wchar_t* text, int32_t length, wchar_t* buff
 }
 
 int32_t tav_string_ensure_trailing_backslash(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (path == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({path, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> s(path);
         EnsureTrailingBackslash(s);
         return CopyText(s, buffer, capacity, needed);
@@ -49,11 +37,7 @@ int32_t tav_string_ensure_trailing_backslash(const wchar_t* path, wchar_t* buffe
 }
 
 int32_t tav_string_strip_trailing_backslash(const wchar_t* path, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (path == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({path, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> s(path);
         StripTrailingBackslash(s);
         return CopyText(s, buffer, capacity, needed);

@@ -34,22 +34,13 @@ private:
 extern "C" {
 
 int32_t tav_support_query(const wchar_t* address, wchar_t* buffer, size_t capacity, size_t* needed) {
-    if (StrayText({address}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (address == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(CSWandDeviceInfo().search(address), buffer, capacity, needed);
-    });
+    return OnArgs({address, Out(buffer, capacity)},
+                  [&]() -> int32_t { return CopyText(CSWandDeviceInfo().search(address), buffer, capacity, needed); });
 }
 
 int32_t tav_support_query_with_trigger(const wchar_t* address, const tav_trigger* trigger, wchar_t* buffer,
                                        size_t capacity, size_t* needed) {
-    if (StrayText({address}))
-        return kNullArgument;
-    return Guarded([&]() -> int32_t {
-        if (address == nullptr || BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({address, Out(buffer, capacity)}, [&]() -> int32_t {
         if (trigger == nullptr)
             return CopyText(SWAndDeviceInfoImpl(nullptr).search(address), buffer, capacity, needed);
         CallbackTrigger callbacks(*trigger);

@@ -27,9 +27,7 @@ tav_hwnd tav_window_child_by_class(tav_hwnd parent, const wchar_t* class_name) {
 }
 
 int32_t tav_window_handle_to_text(tav_hwnd window, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnArgs({Out(buffer, capacity)}, [&]() -> int32_t {
         return CopyText(cWindowsHelper::HandleToString(Window(window)), buffer, capacity, needed);
     });
 }

@@ -13,10 +13,6 @@
 
 namespace tav::capi {
 
-// The C layer's codes as plain numbers, for conditional expressions that mix them with other results.
-constexpr int32_t kNullArgument = TAV_E_NULL_ARGUMENT;
-constexpr int32_t kNullHandle = TAV_E_NULL_HANDLE;
-
 // A text pointer below 0x10000 that is not null is a stray number, never text: the C++ interface reads such
 // a pointer as the number of a string in the host's resources, which a C host never means. Every function
 // refuses it with TAV_E_NULL_ARGUMENT before anything else; null keeps the meaning each function gives it.
@@ -116,15 +112,6 @@ template <typename Body> int32_t OnArgs(Args args, Body body) {
         if (arg.Stray() || arg.Missing())
             return TAV_E_NULL_ARGUMENT;
     return Guarded(body);
-}
-
-// A text made by `make` (called only when the buffer is acceptable), copied out by the text-out rule.
-template <typename Make> int32_t MadeText(wchar_t* buffer, size_t capacity, size_t* needed, Make make) {
-    return Guarded([&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(make(), buffer, capacity, needed);
-    });
 }
 
 // A look-up's answer: 1 and the text, or 0 and an empty text.
