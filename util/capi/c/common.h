@@ -162,6 +162,32 @@ typedef struct tav_version_number {
     int32_t valid;  /**< 1 when the number was read from a version text or resource, else 0. */
 } tav_version_number;
 
+/** @brief The kinds of code that tav_result_text() describes. */
+enum tav_result_kind {
+    TAV_RESULT_C = 0,       /**< The C layer's own codes (#tav_c_error). */
+    TAV_RESULT_WIN32 = 1,   /**< A Windows status code (the registry's results, for example). */
+    TAV_RESULT_HRESULT = 2, /**< An HRESULT (the automation and account functions). */
+    TAV_RESULT_SKERR = 3,   /**< A keystroke code (#tav_skerr). */
+    TAV_RESULT_WAIT = 4     /**< A wait status (#tav_wait_result). */
+};
+
+/**
+ * @brief A short sentence that says what a result code means.
+ *
+ * For #TAV_RESULT_WIN32 the sentence is the system's own message for the code, in the user's language
+ * (from the system's message table only, never from a module of the host); an HRESULT that wraps a Windows
+ * status gives that status's message. A code the kind does not know gives a sentence that says so and
+ * names the number. Never waits and shows nothing.
+ * @param kind One of #tav_result_kind.
+ * @param code The code to describe.
+ * @param buffer Receives the sentence (may be null when `capacity` is 0).
+ * @param capacity The buffer's size in `wchar_t` units.
+ * @param needed Receives the units the sentence needs, its NUL included (may be null).
+ * @return #TAV_OK; #TAV_E_UNKNOWN_ENUM for an unknown `kind`; #TAV_E_BUFFER_TOO_SMALL or
+ * #TAV_E_NULL_ARGUMENT by the text-out rule.
+ */
+TAVUTIL_C_API int32_t tav_result_text(int32_t kind, int32_t code, wchar_t* buffer, size_t capacity, size_t* needed);
+
 #ifdef __cplusplus
 }
 #endif
