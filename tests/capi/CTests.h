@@ -31,6 +31,8 @@ void test_software(void);
 void test_com(void);
 void test_accounts(void);
 void test_support(void);
+/* Every named constant of the headers, against the C++ enumerations it mirrors. */
+void test_constants(void);
 /* The rule every text argument of every area follows: a stray number is never read. */
 void test_stray_text(void);
 

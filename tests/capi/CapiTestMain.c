@@ -107,6 +107,8 @@ int wmain(int argc, wchar_t** argv) {
     test_accounts();
     puts("-- test_support");
     test_support();
+    puts("-- test_constants");
+    test_constants();
     puts("-- test_stray_text");
     test_stray_text();
 

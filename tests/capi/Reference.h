@@ -62,6 +62,10 @@ const wchar_t* ref_support_query(const wchar_t* address);
 /* device null: the trigger variant without a trigger. */
 const wchar_t* ref_support_query_with_trigger(const wchar_t* address, const ref_trigger_device* device);
 
+/* The value the C++ interface (or, for TAV_SW_*, the Windows headers) gives the C constant `name`: 1 and the
+ * value, or 0 for a name that mirrors nothing (Constants.cpp). */
+int ref_constant(const char* name, long long* value);
+
 #ifdef __cplusplus
 }
 #endif

@@ -76,5 +76,12 @@ for header in "$headers"/*.h; do
         fi
     done
 done
+# Every named constant of the headers is used by the C test of the constants.
+for constant in $(grep -ohE '^\s+TAV_[A-Z0-9_]+ =' "$headers"/*.h | awk '{print $1}'); do
+    if ! grep -qw "$constant" "$tests_dir/ConstantsTest.c"; then
+        echo "FAIL: ConstantsTest.c does not use $constant"
+        status=1
+    fi
+done
 [ $status = 0 ] && echo "$count C functions: declared, named for their area, defined and tested under its name, listed, exported and in TavUtil.lib; $cxx C++ exports beside them"
 exit $status

@@ -19,7 +19,7 @@ extern "C" {
 enum tav_log_level {
     TAV_LOG_ERROR = 0,   /**< Errors. */
     TAV_LOG_WARNING = 1, /**< Warnings. */
-    TAV_LOG_INFO = 2,    /**< Information (the initial reporting level). */
+    TAV_LOG_INFO = 2,    /**< Information. */
     TAV_LOG_DEBUG = 3,   /**< Debugging detail. */
     TAV_LOG_DEBUG1 = 4,  /**< More debugging detail. */
     TAV_LOG_DEBUG2 = 5,  /**< More debugging detail. */
@@ -47,7 +47,7 @@ TAVUTIL_C_API int32_t tav_log_write(int32_t level, const wchar_t* file, int32_t 
                                     const wchar_t* message);
 
 /**
- * @brief The reporting level: records above it are not written.
+ * @brief The reporting level: records above it are not written. It starts at #TAV_LOG_DEBUG4 (everything).
  * @return One of #tav_log_level.
  */
 TAVUTIL_C_API int32_t tav_log_reporting_level(void);
