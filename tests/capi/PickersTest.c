@@ -3,12 +3,13 @@
 
 #include <dlgs.h>
 
-/* Drives the first dialog ("#32770") of the test's main thread that appears within 20 s: types `file` into
- * the file name box and confirms, or (file null) cancels. */
+/* Drives the first dialog ("#32770") of the test's main thread that appears within `timeout_ms` (20 s): types
+ * `file` into the file name box and confirms, or (file null) cancels. */
 typedef struct dialog_action {
     DWORD thread;
     const wchar_t* file;
     HWND dialog;
+    DWORD timeout_ms;
 } dialog_action;
 
 static BOOL CALLBACK find_dialog(HWND window, LPARAM context) {
@@ -39,7 +40,7 @@ static int file_name_box_shown(void* context) {
 
 static DWORD WINAPI drive_dialog(void* context) {
     dialog_action* action = (dialog_action*)context;
-    if (!wait_until(dialog_found, action, 20000))
+    if (!wait_until(dialog_found, action, action->timeout_ms))
         return 0;
     if (action->file == NULL || !wait_until(file_name_box_shown, action, 10000)) {
         PostMessageW(action->dialog, WM_COMMAND, IDCANCEL, 0);
@@ -54,7 +55,26 @@ static HANDLE start_driver(dialog_action* action, const wchar_t* file) {
     action->thread = GetCurrentThreadId();
     action->file = file;
     action->dialog = NULL;
+    action->timeout_ms = 20000;
     return CreateThread(NULL, 0, drive_dialog, action, 0, NULL);
+}
+
+/* Watches for a dialog for two seconds, cancelling any that opens: a call that must not open one runs
+ * meanwhile, and finish_watch says whether one opened. */
+static HANDLE start_watch(dialog_action* action) {
+    action->thread = GetCurrentThreadId();
+    action->file = NULL;
+    action->dialog = NULL;
+    action->timeout_ms = 2000;
+    return CreateThread(NULL, 0, drive_dialog, action, 0, NULL);
+}
+
+static void finish_watch(HANDLE watch) {
+    DWORD cancelled = 1;
+    WaitForSingleObject(watch, 30000);
+    GetExitCodeThread(watch, &cancelled);
+    CloseHandle(watch);
+    EXPECT_INT(0, cancelled); /* no dialog opened */
 }
 
 static void finish_driver(HANDLE driver) {
@@ -80,6 +100,8 @@ void test_pickers(void) {
     dialog_action action;
     HANDLE driver;
     FILE* file;
+    wchar_t* small;
+    wchar_t* fetched;
 
     swprintf(existing, MAX_PATH, L"%lspicked.txt", g_scratch);
     file = _wfopen(existing, L"wb");
@@ -97,6 +119,46 @@ void test_pickers(void) {
     finish_driver(driver);
     EXPECT_TRUE(_wcsicmp(existing, chosen) == 0);
     EXPECT_INT(wcslen(existing) + 1, need);
+
+    /* The size query: a call whose buffer is too small opens the dialog once and keeps its answer; calls with
+     * the same arguments give the kept answer without a dialog until it fits, and then it is forgotten. */
+    driver = start_driver(&action, existing);
+    need = 0;
+    EXPECT_INT(TAV_E_BUFFER_TOO_SMALL,
+               tav_picker_files(L"Text files|*.txt||", g_scratch, L"Size query", NULL, 0, &need));
+    finish_driver(driver);
+    EXPECT_INT(wcslen(existing) + 1, need);
+    small = kit_buffer(need - 1);
+    driver = start_watch(&action);
+    EXPECT_INT(TAV_E_BUFFER_TOO_SMALL,
+               tav_picker_files(L"Text files|*.txt||", g_scratch, L"Size query", small, need - 1, NULL));
+    finish_watch(driver);
+    EXPECT_TRUE(kit_intact(small, need - 1, 1));
+    kit_release(small);
+    fetched = kit_buffer(need);
+    driver = start_watch(&action);
+    EXPECT_INT(1, tav_picker_files(L"Text files|*.txt||", g_scratch, L"Size query", fetched, need, &need));
+    finish_watch(driver);
+    EXPECT_TRUE(_wcsicmp(existing, fetched) == 0);
+    EXPECT_TRUE(kit_intact(fetched, need, 0));
+    kit_release(fetched);
+    /* Fetched: the next call asks the user again (who cancels). */
+    driver = start_driver(&action, NULL);
+    EXPECT_INT(0, tav_picker_files(L"Text files|*.txt||", g_scratch, L"Size query", chosen, MAX_PATH, &need));
+    finish_driver(driver);
+    EXPECT_TEXT(L"", chosen);
+    /* A kept answer is for the same arguments only: other ones forget it and open the dialog anew. */
+    driver = start_driver(&action, existing);
+    EXPECT_INT(TAV_E_BUFFER_TOO_SMALL,
+               tav_picker_files(L"Text files|*.txt||", g_scratch, L"Size query", NULL, 0, &need));
+    finish_driver(driver);
+    driver = start_driver(&action, NULL);
+    EXPECT_INT(0, tav_picker_files(L"Text files|*.txt||", g_scratch, L"Another title", chosen, MAX_PATH, &need));
+    finish_driver(driver);
+    EXPECT_INT(1, need);
+    driver = start_driver(&action, NULL);
+    EXPECT_INT(0, tav_picker_files(L"Text files|*.txt||", g_scratch, L"Size query", chosen, MAX_PATH, &need));
+    finish_driver(driver);
 
     /* A cancelled folder picker answers 0 and the folder as given. */
     wcscpy(start, g_scratch);
