@@ -77,12 +77,12 @@ TAVUTIL_C_API int32_t tav_settings_set_key(tav_settings settings, const wchar_t*
 /**
  * @brief Resets the object: an empty current path, root HKEY_CURRENT_USER, lazy write on.
  * @param settings The settings object.
- * @return Non-zero, or a negative #tav_c_error code.
+ * @return 1, or a negative #tav_c_error code.
  */
 TAVUTIL_C_API int32_t tav_settings_clear_key(tav_settings settings);
 
 /**
- * @brief Whether the current path names a key that exists.
+ * @brief Whether a current path is set (it is not checked against the registry).
  * @param settings The settings object.
  * @return Non-zero or 0, or a negative #tav_c_error code.
  */
@@ -109,7 +109,7 @@ TAVUTIL_C_API int32_t tav_settings_current_path(tav_settings settings, wchar_t* 
 TAVUTIL_C_API int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root);
 
 /**
- * @brief Deletes a key below the root, with everything below it.
+ * @brief Deletes a key below the root; a key that has subkeys of its own is not deleted.
  * @param settings The settings object.
  * @param path The key's path.
  * @return Non-zero on success, also when there was nothing to delete; 0 on failure; or a negative #tav_c_error code.

@@ -29,11 +29,12 @@ TAVUTIL_C_API tav_textfile tav_textfile_create(void);
 TAVUTIL_C_API void tav_textfile_destroy(tav_textfile file);
 
 /**
- * @brief Opens a file for reading and reads it whole; the file stays open (for reading by others too)
- * until the object is released.
+ * @brief Opens a file for reading and reads it whole; the file stays open (others may read it meanwhile)
+ * until the object is released or reads another file, which replaces the first.
  * @param file The object.
  * @param path The file's path.
- * @return 1 when read, 0 when the file cannot be opened or read, or a negative #tav_c_error code.
+ * @return 1 when bytes were read; 0 when the file cannot be opened or read, and for an empty file (which
+ * reads as nothing to scan, on purpose); or a negative #tav_c_error code.
  */
 TAVUTIL_C_API int32_t tav_textfile_read(tav_textfile file, const wchar_t* path);
 
