@@ -1,5 +1,6 @@
-// The rules every function of the C interface follows at its boundary: how text and lists are copied into
-// caller buffers, and how exceptions become result codes. Private to util/capi.
+// The rules every function of the C interface follows at its boundary: which arguments it refuses (OnHandle,
+// OnArgs: each wrapper lists its arguments once), how text and lists are copied into caller buffers, and how
+// exceptions become result codes. Private to util/capi.
 #pragma once
 
 #include "capi/c/common.h"
