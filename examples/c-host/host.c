@@ -23,7 +23,7 @@ static wchar_t* file_part(const wchar_t* path) {
 int main(void) {
     wchar_t pieces[64];
     const wchar_t* piece;
-    tav_version mine, theirs;
+    tav_version_number mine, theirs;
     tav_registry key;
     wchar_t* name = file_part(L"C:\\Program Files\\Suite\\host.exe");
     int32_t count;
@@ -48,7 +48,7 @@ int main(void) {
     tav_registry_destroy(key);
 
     /* The C layer's own failures are small negative numbers. */
-    ok = ok && tav_strip_trailing_argument(L"ab c", NULL, 0, NULL) == TAV_E_OUT_OF_RANGE;
+    ok = ok && tav_launch_strip_trailing_argument(L"ab c", NULL, 0, NULL) == TAV_E_OUT_OF_RANGE;
     ok = ok && tav_wait_status(NULL) == TAV_E_NULL_HANDLE;
 
     printf("c_host: TavUtil's C interface %s (Windows classification %d)\n", ok ? "works" : "FAILED",

@@ -1,7 +1,7 @@
-/* The C test program of the C interface (compiled as C11): calls every function of capi/TavUtilC.h with
- * good input, comparing with what the C++ interface answers (Reference.h), and with bad input, checking
- * the documented codes and that no buffer is written past its capacity. Also the child process that the
- * launch tests start ("--child": ends at once). */
+/* The C test program of the C interface (compiled as C11): calls every function of the C interface (one test function
+ * per area header) with good input, comparing with what the C++ interface answers (Reference.h), and with bad input,
+ * checking the documented codes and that no buffer is written past its capacity. Also the child process that the launch
+ * tests start ("--child": ends at once). */
 #include "CTests.h"
 
 wchar_t g_self[MAX_PATH];
@@ -63,14 +63,26 @@ int wmain(int argc, wchar_t** argv) {
     SetFocus(edit);
     wait_until(edit_has_focus, edit, 5000);
 
-    puts("-- test_foundation");
-    test_foundation();
-    puts("-- test_logging");
-    test_logging();
+    puts("-- test_common");
+    test_common();
+    puts("-- test_strings");
+    test_strings();
+    puts("-- test_os");
+    test_os();
+    puts("-- test_log");
+    test_log();
     puts("-- test_keys");
     test_keys(edit);
-    puts("-- test_desktop");
-    test_desktop(window, edit);
+    puts("-- test_clipboard");
+    test_clipboard();
+    puts("-- test_foreground");
+    test_foreground();
+    puts("-- test_windows");
+    test_windows(window, edit);
+    puts("-- test_waits");
+    test_waits(window);
+    puts("-- test_sounds");
+    test_sounds();
     puts("-- test_pickers");
     test_pickers();
     puts("-- test_launch");
@@ -81,12 +93,22 @@ int wmain(int argc, wchar_t** argv) {
     test_registry();
     puts("-- test_settings");
     test_settings();
-    puts("-- test_files");
-    test_files();
-    puts("-- test_automation");
-    test_automation();
-    puts("-- test_accounts_and_support");
-    test_accounts_and_support();
+    puts("-- test_paths");
+    test_paths();
+    puts("-- test_versions");
+    test_versions();
+    puts("-- test_textfile");
+    test_textfile();
+    puts("-- test_software");
+    test_software();
+    puts("-- test_com");
+    test_com();
+    puts("-- test_accounts");
+    test_accounts();
+    puts("-- test_support");
+    test_support();
+    puts("-- test_constants");
+    test_constants();
     puts("-- test_stray_text");
     test_stray_text();
 

@@ -95,9 +95,13 @@ int ref_keys_parse(const wchar_t* script, const uint16_t** entries, size_t* coun
     return result;
 }
 
-int ref_keys_run_result(const wchar_t* script) { return tav::keys::RunKeyScript(script); }
+int ref_keys_run_result(const wchar_t* script) { return tav::keys::CarryOutKeyScript(script).result; }
 
 void* ref_focus_window(void* window) { return cWindowsHelper::GetFocusWindow(static_cast<HWND>(window)); }
+
+void* ref_child_by_class(void* parent, const wchar_t* class_name) {
+    return cWindowsHelper().GetChildWindow(static_cast<HWND>(parent), class_name);
+}
 
 const wchar_t* ref_handle_to_text(void* window) {
     static CStdStr<wchar_t> text;

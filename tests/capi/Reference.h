@@ -34,6 +34,7 @@ const wchar_t* ref_string_cut(const wchar_t* text, int width, size_t* units, int
 int ref_keys_parse(const wchar_t* script, const uint16_t** entries, size_t* count);
 int ref_keys_run_result(const wchar_t* script);
 void* ref_focus_window(void* window);
+void* ref_child_by_class(void* parent, const wchar_t* class_name);
 const wchar_t* ref_handle_to_text(void* window);
 const wchar_t* ref_sound_application_name(void);
 int ref_extract_program(const wchar_t* line, const wchar_t** program, const wchar_t** args);
@@ -61,6 +62,10 @@ int ref_is_administrator_or_power_user(void);
 const wchar_t* ref_support_query(const wchar_t* address);
 /* device null: the trigger variant without a trigger. */
 const wchar_t* ref_support_query_with_trigger(const wchar_t* address, const ref_trigger_device* device);
+
+/* The value the C++ interface (or, for TAV_SW_*, the Windows headers) gives the C constant `name`: 1 and the
+ * value, or 0 for a name that mirrors nothing (Constants.cpp). */
+int ref_constant(const char* name, long long* value);
 
 #ifdef __cplusplus
 }

@@ -74,64 +74,65 @@ TEST(Fuzz, CapiStrings) {
     std::vector<Text> seeds = {L"",         L"   ",      L"aaa bbb ccc", L"a\r\nb\n\rc  d", L"C:\\dir\\",
                                L"\\",       L"ERROR",    L"WARNING",     L"DEBUG4",         L"INFO   ",
                                L"C:\\a\\b", L"{ENTER}+", L"abc~%^()"};
-    RunDriver({"capi-strings", seeds,
-               [](Rng& rng) {
-                   Text text;
-                   for (uint32_t n = rng.Below(30); n > 0; --n)
-                       text += rng.OneIn(3) ? Text(1, L" \r\n\\"[rng.Below(4)]) : Text(1 + rng.Below(12), L'w');
-                   return text;
-               },
-               [quiet](const Input& input) {
-                   Rng rng(input.choices);
-                   const Text& text = input.text;
-                   const wchar_t* in = text.c_str();
+    RunDriver(
+        {"capi-strings", seeds,
+         [](Rng& rng) {
+             Text text;
+             for (uint32_t n = rng.Below(30); n > 0; --n)
+                 text += rng.OneIn(3) ? Text(1, L" \r\n\\"[rng.Below(4)]) : Text(1 + rng.Below(12), L'w');
+             return text;
+         },
+         [quiet](const Input& input) {
+             Rng rng(input.choices);
+             const Text& text = input.text;
+             const wchar_t* in = text.c_str();
 
-                   const int32_t width = Number(rng);
-                   const auto pieces = StringCut(CStdStr<wchar_t>(text), width);
-                   CheckText(
-                       "tav_string_cut(width " + Num(width) + ")",
-                       [&](wchar_t* b, size_t c, size_t* w) { return tav_string_cut(in, width, b, c, w); },
-                       static_cast<int32_t>(pieces.size()), Joined(pieces));
+             const int32_t width = Number(rng);
+             const auto pieces = StringCut(CStdStr<wchar_t>(text), width);
+             CheckText(
+                 "tav_string_cut(width " + Num(width) + ")",
+                 [&](wchar_t* b, size_t c, size_t* w) { return tav_string_cut(in, width, b, c, w); },
+                 static_cast<int32_t>(pieces.size()), Joined(pieces));
 
-                   // Lengths far beyond the text give the text itself; the C++ call is capped so that it does not
-                   // grow a buffer of gigabytes for the comparison.
-                   const int32_t length = rng.OneIn(2) ? Number(rng) : static_cast<int32_t>(rng.Below(40));
-                   CString cut(in);
-                   const long long cap = static_cast<long long>(text.size()) + 64;
-                   SetStringLength(cut, static_cast<int>(length > cap ? cap : length));
-                   const Text cutText = cut.GetString();
-                   CheckText(
-                       "tav_set_string_length(" + Num(length) + ")",
-                       [&](wchar_t* b, size_t c, size_t* w) { return tav_set_string_length(in, length, b, c, w); },
-                       TAV_OK, cutText.substr(0, cutText.find(L'\0')));
+             // Lengths far beyond the text give the text itself; the C++ call is capped so that it does not
+             // grow a buffer of gigabytes for the comparison.
+             const int32_t length = rng.OneIn(2) ? Number(rng) : static_cast<int32_t>(rng.Below(40));
+             CString cut(in);
+             const long long cap = static_cast<long long>(text.size()) + 64;
+             SetStringLength(cut, static_cast<int>(length > cap ? cap : length));
+             const Text cutText = cut.GetString();
+             CheckText(
+                 "tav_string_set_length(" + Num(length) + ")",
+                 [&](wchar_t* b, size_t c, size_t* w) { return tav_string_set_length(in, length, b, c, w); }, TAV_OK,
+                 cutText.substr(0, cutText.find(L'\0')));
 
-                   CStdStr<wchar_t> ensured(text), stripped(text);
-                   EnsureTrailingBackslash(ensured);
-                   StripTrailingBackslash(stripped);
-                   CheckText(
-                       "tav_ensure_trailing_backslash",
-                       [&](wchar_t* b, size_t c, size_t* w) { return tav_ensure_trailing_backslash(in, b, c, w); },
-                       TAV_OK, ensured);
-                   CheckText(
-                       "tav_strip_trailing_backslash",
-                       [&](wchar_t* b, size_t c, size_t* w) { return tav_strip_trailing_backslash(in, b, c, w); },
-                       TAV_OK, stripped);
+             CStdStr<wchar_t> ensured(text), stripped(text);
+             EnsureTrailingBackslash(ensured);
+             StripTrailingBackslash(stripped);
+             CheckText(
+                 "tav_string_ensure_trailing_backslash",
+                 [&](wchar_t* b, size_t c, size_t* w) { return tav_string_ensure_trailing_backslash(in, b, c, w); },
+                 TAV_OK, ensured);
+             CheckText(
+                 "tav_string_strip_trailing_backslash",
+                 [&](wchar_t* b, size_t c, size_t* w) { return tav_string_strip_trailing_backslash(in, b, c, w); },
+                 TAV_OK, stripped);
 
-                   const int32_t level = tav_log_level_from_name(in);
-                   Expect(level == static_cast<int32_t>(VelmLog().FromString(in)),
-                          "tav_log_level_from_name gives " + Num(level));
+             const int32_t level = tav_log_level_from_name(in);
+             Expect(level == static_cast<int32_t>(VelmLog().FromString(in)),
+                    "tav_log_level_from_name gives " + Num(level));
 
-                   CheckEnumerations(rng);
+             CheckEnumerations(rng);
 
-                   size_t needed = kUnset;
-                   Expect(tav_string_cut(nullptr, width, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
-                              tav_set_string_length(nullptr, length, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
-                              tav_log_level_from_name(nullptr) == TAV_E_NULL_ARGUMENT && needed == kUnset,
-                          "null text");
-                   return "p" + Num(pieces.size() > 5 ? 5 : pieces.size()) + " l" + Num(level) + " s" +
-                          Num(stripped.size() != text.size());
-               },
-               true});
+             size_t needed = kUnset;
+             Expect(tav_string_cut(nullptr, width, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
+                        tav_string_set_length(nullptr, length, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
+                        tav_log_level_from_name(nullptr) == TAV_E_NULL_ARGUMENT && needed == kUnset,
+                    "null text");
+             return "p" + Num(pieces.size() > 5 ? 5 : pieces.size()) + " l" + Num(level) + " s" +
+                    Num(stripped.size() != text.size());
+         },
+         true});
 }
 
 // ---- the script language, parsed only -------------------------------------------------------------------
@@ -184,8 +185,8 @@ TEST(Fuzz, CapiKeys) {
                    CString escaped(script);
                    SendKeysRemoveSpecialChars(escaped);
                    CheckText(
-                       "tav_send_keys_escape",
-                       [&](wchar_t* b, size_t c, size_t* w) { return tav_send_keys_escape(script, b, c, w); }, TAV_OK,
+                       "tav_keys_escape",
+                       [&](wchar_t* b, size_t c, size_t* w) { return tav_keys_escape(script, b, c, w); }, TAV_OK,
                        escaped.GetString());
 
                    const int32_t code = tav_keys_lookup_name(script);
@@ -285,8 +286,8 @@ TEST(Fuzz, CapiPaths) {
                                  tav_path_strip_trailing_separator);
                    CheckStripper("tav_path_strip_path", path, CFileName::StripPath, tav_path_strip_path);
 
-                   const int32_t exists = tav_file_exists(p), pathExists = tav_path_exists(p);
-                   Expect(exists == (CFileName::FileExists(p) ? 1 : 0), "tav_file_exists gives " + Num(exists));
+                   const int32_t exists = tav_path_file_exists(p), pathExists = tav_path_exists(p);
+                   Expect(exists == (CFileName::FileExists(p) ? 1 : 0), "tav_path_file_exists gives " + Num(exists));
                    Expect(pathExists == (name.Exists() ? 1 : 0), "tav_path_exists gives " + Num(pathExists));
 
                    size_t needed = kUnset;
@@ -294,7 +295,7 @@ TEST(Fuzz, CapiPaths) {
                               tav_path_compose(p, nullptr, e, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
                               tav_path_compose(p, f, nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
                               tav_path_append_directory(nullptr, f, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
-                              tav_file_exists(nullptr) == TAV_E_NULL_ARGUMENT && needed == kUnset,
+                              tav_path_file_exists(nullptr) == TAV_E_NULL_ARGUMENT && needed == kUnset,
                           "null texts");
                    return std::string(name.GetDrive().empty() ? "nodrive" : "drive") +
                           (name.GetFile().empty() ? " nofile" : " file") + " e" + Num(exists) + Num(pathExists);
@@ -323,60 +324,61 @@ Text CommandLine(Rng& rng) {
 TEST(Fuzz, CapiCommandLines) {
     std::vector<Text> seeds = {L"\"C:\\a b\\x.exe\" arg",      L"C:\\tools\\x.exe /s", L"abc", L"ab c.exe", L"",
                                L"%WINDIR%\\notepad.exe a.txt", L"notepad arg",         L"\"",  L"a\"b\" c", L"x.exe"};
-    RunDriver({"capi-cmdline", seeds, CommandLine,
-               [](const Input& input) {
-                   Rng rng(input.choices);
-                   const wchar_t* line = input.text.c_str();
+    RunDriver(
+        {"capi-cmdline", seeds, CommandLine,
+         [](const Input& input) {
+             Rng rng(input.choices);
+             const wchar_t* line = input.text.c_str();
 
-                   CStdStr<wchar_t> program, args;
-                   const int32_t split = ExtractProgram(CStdStr<wchar_t>(input.text), program, args) ? 1 : 0;
-                   CheckTwo(
-                       "tav_extract_program",
-                       [&](wchar_t* b1, size_t c1, size_t* w1, wchar_t* b2, size_t c2, size_t* w2) {
-                           return tav_extract_program(line, b1, c1, w1, b2, c2, w2);
-                       },
-                       split, program, args);
+             CStdStr<wchar_t> program, args;
+             const int32_t split = ExtractProgram(CStdStr<wchar_t>(input.text), program, args) ? 1 : 0;
+             CheckTwo(
+                 "tav_launch_extract_program",
+                 [&](wchar_t* b1, size_t c1, size_t* w1, wchar_t* b2, size_t c2, size_t* w2) {
+                     return tav_launch_extract_program(line, b1, c1, w1, b2, c2, w2);
+                 },
+                 split, program, args);
 
-                   CStdStr<wchar_t> stripped(input.text);
-                   int32_t code = TAV_OK;
-                   try {
-                       stripTrailingArgument(stripped);
-                   } catch (const std::out_of_range&) {
-                       code = TAV_E_OUT_OF_RANGE;
-                   }
-                   CheckText(
-                       "tav_strip_trailing_argument",
-                       [&](wchar_t* b, size_t c, size_t* w) { return tav_strip_trailing_argument(line, b, c, w); },
-                       code, stripped);
+             CStdStr<wchar_t> stripped(input.text);
+             int32_t code = TAV_OK;
+             try {
+                 stripTrailingArgument(stripped);
+             } catch (const std::out_of_range&) {
+                 code = TAV_E_OUT_OF_RANGE;
+             }
+             CheckText(
+                 "tav_launch_strip_trailing_argument",
+                 [&](wchar_t* b, size_t c, size_t* w) { return tav_launch_strip_trailing_argument(line, b, c, w); },
+                 code, stripped);
 
-                   const int32_t strip = Number(rng);
-                   int32_t valid;
-                   try {
-                       valid = isValidFile(CStdStr<wchar_t>(input.text), strip != 0) ? 1 : 0;
-                   } catch (const std::out_of_range&) {
-                       valid = TAV_E_OUT_OF_RANGE;
-                   }
-                   const int32_t got = tav_is_valid_file(line, strip);
-                   Expect(got == valid,
-                          "tav_is_valid_file(" + Num(strip) + ") gives " + Num(got) + ", the C++ " + Num(valid));
-                   Expect(tav_is_valid_file(nullptr, strip) == TAV_E_NULL_ARGUMENT &&
-                              tav_strip_trailing_argument(nullptr, nullptr, 0, nullptr) == TAV_E_NULL_ARGUMENT &&
-                              tav_extract_program(nullptr, nullptr, 0, nullptr, nullptr, 0, nullptr) ==
-                                  TAV_E_NULL_ARGUMENT,
-                          "null lines");
-                   return "x" + Num(split) + " s" + Num(code) + " v" + Num(valid);
-               },
-               true, 512});
+             const int32_t strip = Number(rng);
+             int32_t valid;
+             try {
+                 valid = isValidFile(CStdStr<wchar_t>(input.text), strip != 0) ? 1 : 0;
+             } catch (const std::out_of_range&) {
+                 valid = TAV_E_OUT_OF_RANGE;
+             }
+             const int32_t got = tav_launch_is_valid_file(line, strip);
+             Expect(got == valid,
+                    "tav_launch_is_valid_file(" + Num(strip) + ") gives " + Num(got) + ", the C++ " + Num(valid));
+             Expect(tav_launch_is_valid_file(nullptr, strip) == TAV_E_NULL_ARGUMENT &&
+                        tav_launch_strip_trailing_argument(nullptr, nullptr, 0, nullptr) == TAV_E_NULL_ARGUMENT &&
+                        tav_launch_extract_program(nullptr, nullptr, 0, nullptr, nullptr, 0, nullptr) ==
+                            TAV_E_NULL_ARGUMENT,
+                    "null lines");
+             return "x" + Num(split) + " s" + Num(code) + " v" + Num(valid);
+         },
+         true, 512});
 }
 
 // ---- version numbers --------------------------------------------------------------------------------------
 
-tav_version RandomVersion(Rng& rng) {
+tav_version_number RandomVersion(Rng& rng) {
     auto part = [&rng]() -> uint16_t {
         return rng.OneIn(3) ? static_cast<uint16_t>(rng.Below(0x10000))
                             : std::vector<uint16_t>{0, 1, 2, 0x7FFF, 0x8000, 0xFFFF}[rng.Below(6)];
     };
-    tav_version version;
+    tav_version_number version;
     version.major = part(), version.minor = part(), version.fix = part(), version.build = part();
     version.valid = Number(rng);  // the flag is not read: only the parts are compared
     return version;
@@ -387,7 +389,7 @@ TEST(Fuzz, CapiVersions) {
     RunDriver({"capi-version", seeds, VersionText, [](const Input& input) {
                    Rng rng(input.choices);
                    const CVerNum number(input.text.c_str());
-                   tav_version parsed;
+                   tav_version_number parsed;
                    std::memset(&parsed, 0xCD, sizeof parsed);
                    int32_t got = tav_version_parse(input.text.c_str(), &parsed);
                    Expect(got == TAV_OK, "tav_version_parse gives " + Num(got));
@@ -396,9 +398,9 @@ TEST(Fuzz, CapiVersions) {
                               parsed.valid == (number.IsValid() ? 1 : 0),
                           "tav_version_parse: the record differs from CVerNum's");
 
-                   const tav_version other = RandomVersion(rng);
-                   const tav_version& a = rng.OneIn(2) ? parsed : other;
-                   const tav_version b = rng.OneIn(3) ? a : RandomVersion(rng);
+                   const tav_version_number other = RandomVersion(rng);
+                   const tav_version_number& a = rng.OneIn(2) ? parsed : other;
+                   const tav_version_number b = rng.OneIn(3) ? a : RandomVersion(rng);
                    const int32_t there = tav_version_compare(&a, &b), back = tav_version_compare(&b, &a);
                    CVerNum numberA(a.major, a.minor, a.fix, a.build), numberB(b.major, b.minor, b.fix, b.build);
                    Expect(there == numberA.Compare(numberB) && back == numberB.Compare(numberA),
@@ -740,23 +742,23 @@ struct KeyPathsDriver {
                "FindApplicationPath found \"" + Narrow(name) + "." + Narrow(ext) +
                    "\" or changed its path, and there is no such key");
         CheckLookup(
-            "tav_find_application_path",
-            [&](wchar_t* b, size_t c, size_t* w) { return tav_find_application_path(n, ext.c_str(), b, c, w); }, app,
-            Text(appPath));
+            "tav_software_application_path",
+            [&](wchar_t* b, size_t c, size_t* w) { return tav_software_application_path(n, ext.c_str(), b, c, w); },
+            app, Text(appPath));
 
         CStdStr<wchar_t> server;
         const bool prog = FindMostRecentProgIdPath(CStdStr<wchar_t>(progId), server);
         Expect(!prog || KeyOpens(HKEY_CLASSES_ROOT, progId + L"\\CurVer"),
                "FindMostRecentProgIdPath found a server for a ProgID without CurVer");
         CheckLookup(
-            "tav_find_progid_server",
-            [&](wchar_t* b, size_t c, size_t* w) { return tav_find_progid_server(progId.c_str(), b, c, w); }, prog,
+            "tav_software_progid_server",
+            [&](wchar_t* b, size_t c, size_t* w) { return tav_software_progid_server(progId.c_str(), b, c, w); }, prog,
             Text(server));
 
         size_t needed = kUnset;
-        Expect(tav_find_application_path(nullptr, L"exe", nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
-                   tav_find_application_path(n, nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
-                   tav_find_progid_server(nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT && needed == kUnset,
+        Expect(tav_software_application_path(nullptr, L"exe", nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
+                   tav_software_application_path(n, nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
+                   tav_software_progid_server(nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT && needed == kUnset,
                "null names");
         return "a" + Num(app) + Num(touched) + " p" + Num(prog);
     }
@@ -936,7 +938,8 @@ struct VerInfoHandle {
     ~VerInfoHandle() { tav_verinfo_destroy(info); }
 };
 
-void CheckVersionRecord(const char* what, int32_t got, const tav_version& version, int expected, CVerNum& number) {
+void CheckVersionRecord(const char* what, int32_t got, const tav_version_number& version, int expected,
+                        CVerNum& number) {
     Expect(got == (expected ? 1 : 0) && version.major == number.GetMajor() && version.minor == number.GetMinor() &&
                version.fix == number.GetFix() && version.build == number.GetBuild() &&
                version.valid == (number.IsValid() ? 1 : 0),
@@ -973,7 +976,7 @@ TEST(Fuzz, CapiVerInfo) {
                      known ? (found ? 1 : 0) : TAV_E_UNKNOWN_ENUM, found ? value : CStdStr<wchar_t>());
              }
              CVerNum number;
-             tav_version version;
+             tav_version_number version;
              int expected = info.GetFileVersionNum(&number);
              CheckVersionRecord("tav_verinfo_file_version", tav_verinfo_file_version(c.info, &version), version,
                                 expected, number);

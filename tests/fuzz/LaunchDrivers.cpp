@@ -267,14 +267,14 @@ std::string RunLaunch(LaunchDriver& driver, const Input& input, bool capi) {
 
     if (capi) {
         CheckText(
-            "tav_messengers_available",
-            [&](wchar_t* b, size_t c, size_t* w) { return tav_messengers_available(b, c, w); },
+            "tav_launch_messengers_available",
+            [&](wchar_t* b, size_t c, size_t* w) { return tav_launch_messengers_available(b, c, w); },
             static_cast<int32_t>(expected.size() - 1),
             Joined(std::list<CStdStr<wchar_t>>(++expected.begin(), expected.end())));
         CheckText(
-            "tav_is_pv_app_installed",
-            [&](wchar_t* b, size_t c, size_t* w) { return tav_is_pv_app_installed(b, c, w); }, installed[3] ? 1 : 0,
-            installed[3] ? text[3] : Text());
+            "tav_launch_is_pv_app_installed",
+            [&](wchar_t* b, size_t c, size_t* w) { return tav_launch_is_pv_app_installed(b, c, w); },
+            installed[3] ? 1 : 0, installed[3] ? text[3] : Text());
         Expect(tav_launch_messenger(nullptr) == TAV_E_NULL_ARGUMENT, "tav_launch_messenger(null)");
     }
     return "m" + Num(expected.size() - 1) + " p" + Num(pv) + " l" + Num(launched) + " s" + Num(started);

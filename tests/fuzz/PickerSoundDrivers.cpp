@@ -160,17 +160,17 @@ std::string RunPicker(PickerDriver& driver, const Input& input, bool capi) {
         const Text cDir = dir.substr(0, dir.find(L'\0')), cTitle = title.substr(0, title.find(L'\0'));
         std::vector<wchar_t> buffer(MAX_PATH + 8, kGuard);
         size_t needed = kUnset;
-        driver.Check("tav_browse_files", cFilter, cDir, cTitle, [&] {
-            return tav_browse_files(cFilter.c_str(), cDir.c_str(), cTitle.c_str(), buffer.data(), buffer.size(),
+        driver.Check("tav_picker_files", cFilter, cDir, cTitle, [&] {
+            return tav_picker_files(cFilter.c_str(), cDir.c_str(), cTitle.c_str(), buffer.data(), buffer.size(),
                                     &needed) == 1;
         });
         const Text answer = driver.call.choose ? expectedFile : Text();
         Expect(needed == answer.size() + 1 && Text(buffer.data()) == answer,
-               "tav_browse_files gave the file \"" + Narrow(Text(buffer.data())) + "\"");
-        Expect(tav_browse_files(nullptr, L"", L"", buffer.data(), buffer.size(), &needed) == TAV_E_NULL_ARGUMENT &&
-                   tav_browse_files(cFilter.c_str(), nullptr, L"", buffer.data(), buffer.size(), &needed) ==
+               "tav_picker_files gave the file \"" + Narrow(Text(buffer.data())) + "\"");
+        Expect(tav_picker_files(nullptr, L"", L"", buffer.data(), buffer.size(), &needed) == TAV_E_NULL_ARGUMENT &&
+                   tav_picker_files(cFilter.c_str(), nullptr, L"", buffer.data(), buffer.size(), &needed) ==
                        TAV_E_NULL_ARGUMENT &&
-                   tav_browse_files(cFilter.c_str(), L"", L"", nullptr, 4, &needed) == TAV_E_NULL_ARGUMENT,
+                   tav_picker_files(cFilter.c_str(), L"", L"", nullptr, 4, &needed) == TAV_E_NULL_ARGUMENT,
                "null texts and buffers");
     }
     return std::string(filter.empty() ? "empty" : "list") + (driver.call.overran ? " overran" : "") + " c" +

@@ -70,7 +70,7 @@ rva_of() {  # the RVA of export $1: its index in the name table gives its entry 
 }
 cxx_export=$(sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' <<<"$exports" |
     sed -n 's/^[[:space:]]*\[[[:space:]]*[0-9]*\] \(_Z[0-9]*ExecuteProgram.*\)$/\1/p' | head -1)
-for function in tav_vista_is_vista "$cxx_export"; do
+for function in tav_os_is_vista "$cxx_export"; do
     [ -n "$function" ] || { fail "no exported ExecuteProgram found"; continue; }
     rva=$(rva_of "$function")
     [ -n "$rva" ] || { fail "$function is not in the export table"; continue; }

@@ -57,7 +57,7 @@ void SoakCapiObjects(Runner& runner) {
         tav_verinfo info = tav_verinfo_create();
         tav_verinfo_init(info, kernel.c_str());
         tav_verinfo_field(info, 3, text, 512, &needed);
-        tav_version version;
+        tav_version_number version;
         tav_verinfo_file_version(info, &version);
         tav_verinfo_destroy(info);
     });

@@ -88,8 +88,8 @@ TEST(PlantedDwmapiChild, DISABLED_VistaHelperUsesTheSystemDll) {
         composition = helper.IsDWMCompositionEnabled();
     }
     // Through the C interface, and again after the first helper freed the module.
-    const int32_t cVista = tav_vista_is_vista();
-    const int32_t cComposition = tav_vista_is_dwm_composition_enabled();
+    const int32_t cVista = tav_os_is_vista();
+    const int32_t cComposition = tav_os_is_dwm_composition_enabled();
 
     EXPECT_TRUE(vista);
     EXPECT_EQ(cVista, 1);

@@ -1,49 +1,18 @@
-// The C interface of the registry: one open key (CRegistry) and the typed settings store (CRegistryClass).
-#include "capi/TavUtilC.h"
+// c/registry.h: One open registry key.
+#include "capi/c/registry.h"
 
 #include "capi/detail/Boundary.h"
 #include "registry/Registry.h"
-#include "registry/RegistryClass.h"
-
-#include <cstring>
 
 using namespace tav::capi;
 
 struct tav_registry_t {
     CRegistry key;
 };
-struct tav_settings_t {
-    CRegistryClass settings;
-};
-
-static_assert(sizeof(tav_logfont) == sizeof(LOGFONTW), "tav_logfont is a LOGFONTW");
-static_assert(sizeof(tav_date_time) == sizeof(COleDateTime), "tav_date_time is a COleDateTime");
-static_assert(sizeof(tav_rect) == sizeof(RECT) && sizeof(tav_point) == sizeof(POINT) &&
-                  sizeof(tav_size) == sizeof(SIZE),
-              "the geometry records are the Win32 structures");
 
 namespace {
 
 HKEY Key(tav_hkey key) { return static_cast<HKEY>(key); }
-
-// Runs `body` on the handle's object, with the C layer's checks for the handle and the text arguments.
-template <typename Handle, typename Body>
-int32_t OnHandle(Handle handle, std::initializer_list<const void*> required, Body body) {
-    return Guarded([&]() -> int32_t {
-        if (handle == nullptr)
-            return TAV_E_NULL_HANDLE;
-        for (const void* argument : required)
-            if (argument == nullptr)
-                return TAV_E_NULL_ARGUMENT;
-        return body();
-    });
-}
-
-// The geometry reads start from the caller's record, as the C++ reads do: a stored value shorter than the
-// record replaces only its first bytes and leaves the rest as the caller had it.
-template <typename Record, typename Object> void CopyRecord(const Object& from, Record* to) {
-    std::memcpy(to, &from, sizeof(Record));
-}
 
 }  // namespace
 
@@ -56,8 +25,6 @@ tav_registry tav_registry_create(void) {
 void tav_registry_destroy(tav_registry key) { delete key; }
 
 int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only) {
-    if (StrayText({path}))
-        return kNullArgument;
     return OnHandle(key, {path}, [&]() -> int32_t {
         const bool readOnly = Flag(read_only);
         return key->key.OpenKey(Key(root), path, readOnly);
@@ -74,11 +41,7 @@ int32_t tav_registry_is_valid(tav_registry key) {
 
 int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t* buffer, size_t capacity,
                                  size_t* needed) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(key, {name}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(key, {name, Out(buffer, capacity)}, [&]() -> int32_t {
         CStdStr<wchar_t> text;
         const long status = key->key.ReadStringValue(name, text);
         return WithText(status, CopyText(text, buffer, capacity, needed));
@@ -86,14 +49,10 @@ int32_t tav_registry_read_string(tav_registry key, const wchar_t* name, wchar_t*
 }
 
 int32_t tav_registry_write_string(tav_registry key, const wchar_t* name, const wchar_t* value) {
-    if (StrayText({name, value}))
-        return kNullArgument;
     return OnHandle(key, {name, value}, [&]() -> int32_t { return key->key.WriteStringValue(name, value); });
 }
 
 int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t* type, void* data, uint32_t* size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         static_assert(sizeof(unsigned long) == sizeof(uint32_t), "Windows' unsigned long is 32 bits");
         return key->key.QueryValueEx(name, reinterpret_cast<unsigned long*>(type), static_cast<unsigned char*>(data),
@@ -102,8 +61,6 @@ int32_t tav_registry_query_value(tav_registry key, const wchar_t* name, uint32_t
 }
 
 int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t type, const void* data, uint32_t size) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t {
         if (data == nullptr && size != 0)
             return TAV_E_NULL_ARGUMENT;
@@ -112,358 +69,19 @@ int32_t tav_registry_set_value(tav_registry key, const wchar_t* name, uint32_t t
 }
 
 int32_t tav_registry_delete_value(tav_registry key, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
     return OnHandle(key, {name}, [&]() -> int32_t { return key->key.DeleteValue(name); });
 }
 
 int32_t tav_registry_delete_key(tav_registry key, const wchar_t* subkey) {
-    if (StrayText({subkey}))
-        return kNullArgument;
     return OnHandle(key, {subkey}, [&]() -> int32_t { return key->key.DeleteKey(subkey); });
 }
 
 int32_t tav_registry_subkeys(tav_registry key, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return OnHandle(key, {}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
+    return OnHandle(key, {Out(buffer, capacity)}, [&]() -> int32_t {
         std::list<CStdStr<wchar_t>> names;
         for (const wchar_t* name = key->key.GetFirstSubkey(); name != nullptr; name = key->key.GetNextSubkey())
             names.emplace_back(name);
         return WithText(static_cast<int32_t>(names.size()), CopyList(names, buffer, capacity, needed));
-    });
-}
-
-tav_settings tav_settings_create(void) {
-    return GuardedHandle([]() -> tav_settings { return new tav_settings_t; });
-}
-
-void tav_settings_destroy(tav_settings settings) { delete settings; }
-
-int32_t tav_settings_set_root(tav_settings settings, tav_hkey root) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.SetRootKey(Key(root)); });
-}
-
-int32_t tav_settings_get_root(tav_settings settings, tav_hkey* root) {
-    return OnHandle(settings, {root}, [&]() -> int32_t {
-        *root = settings->settings.GetRootKey();
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_create_key(tav_settings settings, const wchar_t* path) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.CreateKey(path); });
-}
-
-int32_t tav_settings_set_key(tav_settings settings, const wchar_t* path, int32_t can_create) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.SetKey(path, can_create); });
-}
-
-int32_t tav_settings_clear_key(tav_settings settings) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.ClearKey(); });
-}
-
-int32_t tav_settings_path_is_valid(tav_settings settings) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.PathIsValid(); });
-}
-
-int32_t tav_settings_current_path(tav_settings settings, wchar_t* buffer, size_t capacity, size_t* needed) {
-    return OnHandle(settings, {}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(settings->settings.GetCurrentPath().GetString(), buffer, capacity, needed);
-    });
-}
-
-int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
-}
-
-int32_t tav_settings_delete_key(tav_settings settings, const wchar_t* path) {
-    if (StrayText({path}))
-        return kNullArgument;
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.DeleteKey(path); });
-}
-
-int32_t tav_settings_delete_value(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.DeleteValue(name); });
-}
-
-int32_t tav_settings_value_exists(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.ValueExists(name); });
-}
-
-int32_t tav_settings_data_size(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.GetDataSize(name); });
-}
-
-int32_t tav_settings_data_type(tav_settings settings, const wchar_t* name) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name},
-                    [&]() -> int32_t { return static_cast<int32_t>(settings->settings.GetDataType(name)); });
-}
-
-int32_t tav_settings_subkey_count(tav_settings settings) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.GetSubKeyCount(); });
-}
-
-int32_t tav_settings_value_count(tav_settings settings) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.GetValueCount(); });
-}
-
-int32_t tav_settings_subkey_name(tav_settings settings, int32_t index, wchar_t* buffer, size_t capacity,
-                                 size_t* needed) {
-    return OnHandle(settings, {}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        CString name;
-        const int found = settings->settings.GetSubKeyName(index, name);
-        return WithText(found, CopyText(found ? name.GetString() : L"", buffer, capacity, needed));
-    });
-}
-
-int32_t tav_settings_rename_value(tav_settings settings, const wchar_t* from, const wchar_t* to) {
-    if (StrayText({from, to}))
-        return kNullArgument;
-    return OnHandle(settings, {from, to}, [&]() -> int32_t {
-        settings->settings.RenameValue(from, to);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_set_lazy_write(tav_settings settings, int32_t lazy_write) {
-    return OnHandle(settings, {}, [&]() -> int32_t {
-        settings->settings.SetLazyWrite(lazy_write);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_lazy_write(tav_settings settings) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.GetLazyWrite(); });
-}
-
-int32_t tav_settings_last_status(tav_settings settings) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.GetLastStatus(); });
-}
-
-int32_t tav_settings_read_string(tav_settings settings, const wchar_t* name, const wchar_t* def, wchar_t* buffer,
-                                 size_t capacity, size_t* needed) {
-    if (StrayText({name, def}))
-        return kNullArgument;
-    return OnHandle(settings, {name, def}, [&]() -> int32_t {
-        if (BadBuffer(buffer, capacity))
-            return TAV_E_NULL_ARGUMENT;
-        return CopyText(settings->settings.ReadString(name, def).GetString(), buffer, capacity, needed);
-    });
-}
-
-int32_t tav_settings_read_dword(tav_settings settings, const wchar_t* name, uint32_t def, uint32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t {
-        *value = settings->settings.ReadDword(name, def);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_read_int(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t {
-        *value = settings->settings.ReadInt(name, def);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_read_bool(tav_settings settings, const wchar_t* name, int32_t def, int32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t {
-        *value = settings->settings.ReadBool(name, def);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_read_color(tav_settings settings, const wchar_t* name, uint32_t def, uint32_t* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t {
-        *value = settings->settings.ReadColor(name, def);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_read_float(tav_settings settings, const wchar_t* name, double def, double* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t {
-        *value = settings->settings.ReadFloat(name, def);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_read_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* def,
-                                    tav_date_time* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, def, value}, [&]() -> int32_t {
-        COleDateTime fallback;
-        std::memcpy(static_cast<void*>(&fallback), def, sizeof fallback);
-        CopyRecord(settings->settings.ReadDateTime(name, fallback), value);
-        return TAV_OK;
-    });
-}
-
-int32_t tav_settings_read_binary(tav_settings settings, const wchar_t* name, void* data, uint32_t size) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, data}, [&]() -> int32_t {
-        return settings->settings.ReadBinary(name, static_cast<unsigned char*>(data), size);
-    });
-}
-
-int32_t tav_settings_read_rect(tav_settings settings, const wchar_t* name, tav_rect* rect) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, rect}, [&]() -> int32_t {
-        CRect read(rect->left, rect->top, rect->right, rect->bottom);
-        const int ok = settings->settings.ReadRect(name, &read);
-        CopyRecord(read, rect);
-        return ok;
-    });
-}
-
-int32_t tav_settings_read_point(tav_settings settings, const wchar_t* name, tav_point* point) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, point}, [&]() -> int32_t {
-        CPoint read(point->x, point->y);
-        const int ok = settings->settings.ReadPoint(name, &read);
-        CopyRecord(read, point);
-        return ok;
-    });
-}
-
-int32_t tav_settings_read_size(tav_settings settings, const wchar_t* name, tav_size* size) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, size}, [&]() -> int32_t {
-        CSize read(size->cx, size->cy);
-        const int ok = settings->settings.ReadSize(name, &read);
-        CopyRecord(read, size);
-        return ok;
-    });
-}
-
-int32_t tav_settings_read_font(tav_settings settings, const wchar_t* name, tav_logfont* font) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, font}, [&]() -> int32_t {
-        CFont read;
-        LOGFONTW description = {};
-        const int ok = settings->settings.ReadFont(name, &read) && read.GetLogFont(&description);
-        if (ok)
-            CopyRecord(description, font);
-        return ok ? 1 : 0;
-    });
-}
-
-int32_t tav_settings_write_string(tav_settings settings, const wchar_t* name, const wchar_t* value) {
-    if (StrayText({name, value}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t { return settings->settings.WriteString(name, value); });
-}
-
-int32_t tav_settings_write_dword(tav_settings settings, const wchar_t* name, uint32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteDword(name, value); });
-}
-
-int32_t tav_settings_write_int(tav_settings settings, const wchar_t* name, int32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteInt(name, value); });
-}
-
-int32_t tav_settings_write_bool(tav_settings settings, const wchar_t* name, int32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteBool(name, value); });
-}
-
-int32_t tav_settings_write_color(tav_settings settings, const wchar_t* name, uint32_t value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteColor(name, value); });
-}
-
-int32_t tav_settings_write_float(tav_settings settings, const wchar_t* name, double value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name}, [&]() -> int32_t { return settings->settings.WriteFloat(name, value); });
-}
-
-int32_t tav_settings_write_date_time(tav_settings settings, const wchar_t* name, const tav_date_time* value) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, value}, [&]() -> int32_t {
-        COleDateTime written;
-        std::memcpy(static_cast<void*>(&written), value, sizeof written);
-        return settings->settings.WriteDateTime(name, written);
-    });
-}
-
-int32_t tav_settings_write_rect(tav_settings settings, const wchar_t* name, const tav_rect* rect) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, rect}, [&]() -> int32_t {
-        CRect written(rect->left, rect->top, rect->right, rect->bottom);
-        return settings->settings.WriteRect(name, &written);
-    });
-}
-
-int32_t tav_settings_write_point(tav_settings settings, const wchar_t* name, const tav_point* point) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, point}, [&]() -> int32_t {
-        CPoint written(point->x, point->y);
-        return settings->settings.WritePoint(name, &written);
-    });
-}
-
-int32_t tav_settings_write_size(tav_settings settings, const wchar_t* name, const tav_size* size) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, size}, [&]() -> int32_t {
-        CSize written(size->cx, size->cy);
-        return settings->settings.WriteSize(name, &written);
-    });
-}
-
-int32_t tav_settings_write_font(tav_settings settings, const wchar_t* name, const tav_logfont* font) {
-    if (StrayText({name}))
-        return kNullArgument;
-    return OnHandle(settings, {name, font}, [&]() -> int32_t {
-        LOGFONTW description;
-        std::memcpy(&description, font, sizeof description);
-        CFont written;
-        if (!written.CreateFontIndirect(&description))
-            return 0;
-        return settings->settings.WriteFont(name, &written);
     });
 }
 

@@ -88,7 +88,7 @@ static void foundation_and_keys(void) {
     CHECK(tav_os_type() == 11);
     CHECK(tav_os_ask(TAV_OS_UNDERLYING_64BIT) == 1 && tav_os_ask(99) == TAV_E_UNKNOWN_ENUM);
     CHECK(tav_log_level_name(2, g_text, 512, 0) == TAV_OK && TEXT_IS(L"INFO   "));
-    CHECK(tav_send_keys_escape(L"50% (a+b)", g_text, 512, 0) == TAV_OK && TEXT_IS(L"50{%} {(}a{+}b{)}"));
+    CHECK(tav_keys_escape(L"50% (a+b)", g_text, 512, 0) == TAV_OK && TEXT_IS(L"50{%} {(}a{+}b{)}"));
     CHECK(tav_keys_parse(L"{F5}", entries, 8, &needed) == 0 && needed >= 1);
     CHECK(tav_keys_lookup_name(L"ENTER") == 0x0D);
 }
@@ -104,10 +104,11 @@ static void desktop(void) {
 }
 
 static void launch_and_processes(void) {
-    CHECK(tav_extract_program(L"C:\\windows\\system32\\notepad.exe x.txt", g_text, 512, 0, g_second, 512, 0) == 1);
+    CHECK(tav_launch_extract_program(L"C:\\windows\\system32\\notepad.exe x.txt", g_text, 512, 0, g_second, 512, 0) ==
+          1);
     CHECK(same_text(g_second, L" x.txt"));
-    CHECK(tav_strip_trailing_argument(L"ab c", g_text, 512, 0) == TAV_E_OUT_OF_RANGE);
-    CHECK(tav_is_valid_file(L"notepad.exe", 0) == 1);
+    CHECK(tav_launch_strip_trailing_argument(L"ab c", g_text, 512, 0) == TAV_E_OUT_OF_RANGE);
+    CHECK(tav_launch_is_valid_file(L"notepad.exe", 0) == 1);
     CHECK(tav_process_name(GetCurrentProcessId(), g_text, 512, 0) == 1 && TEXT_IS(L"capi_msvc_host.exe"));
     CHECK(tav_process_is_running(L"capi_msvc_host.exe", 0) == 1);
 }
@@ -140,8 +141,8 @@ static void registry(void) {
 }
 
 static void files(void) {
-    tav_version a;
-    tav_version b;
+    tav_version_number a;
+    tav_version_number b;
     tav_verinfo info = tav_verinfo_create();
     CHECK(tav_path_file(L"C:\\dir\\name.ext", g_text, 512, 0) == TAV_OK && TEXT_IS(L"name"));
     CHECK(tav_path_strip_trailing_separator(L"", g_text, 512, 0) == TAV_E_OUT_OF_RANGE);
@@ -162,8 +163,8 @@ static void automation_accounts_support(void) {
     CHECK(tav_com_set_prop_bool(regexp, L"Global", 1) == 1);
     CHECK(tav_com_release(regexp) == TAV_OK);
     CoUninitialize();
-    CHECK(tav_is_member_of(0, &member, 0) == 0 && member == 1);
-    CHECK(tav_is_administrator() == 1);
+    CHECK(tav_account_is_member_of(0, &member, 0) == 0 && member == 1);
+    CHECK(tav_account_is_administrator() == 1);
     CHECK(tav_support_query(L"http://www.example.com/", g_text, 512, 0) == TAV_OK && TEXT_IS(L""));
     CHECK(tav_support_query(L"http://www.velmorax.com/x", g_text, 512, 0) == TAV_OK && g_text[0] == L'?');
 }

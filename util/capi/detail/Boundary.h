@@ -1,8 +1,9 @@
-// The rules every function of the C interface follows at its boundary: how text and lists are copied into
-// caller buffers, and how exceptions become result codes. Private to util/capi.
+// The rules every function of the C interface follows at its boundary: which arguments it refuses (OnHandle,
+// OnArgs: each wrapper lists its arguments once), how text and lists are copied into caller buffers, and how
+// exceptions become result codes. Private to util/capi.
 #pragma once
 
-#include "capi/TavUtilC.h"
+#include "capi/c/common.h"
 #include "strings/StdStr.h"
 
 #include <cstddef>
@@ -12,10 +13,6 @@
 #include <string>
 
 namespace tav::capi {
-
-// The C layer's codes as plain numbers, for conditional expressions that mix them with other results.
-constexpr int32_t kNullArgument = TAV_E_NULL_ARGUMENT;
-constexpr int32_t kNullHandle = TAV_E_NULL_HANDLE;
 
 // A text pointer below 0x10000 that is not null is a stray number, never text: the C++ interface reads such
 // a pointer as the number of a string in the host's resources, which a C host never means. Every function
@@ -66,5 +63,72 @@ template <typename Body> auto GuardedHandle(Body&& body) noexcept -> decltype(bo
 }
 
 inline bool Flag(int32_t value) { return value != 0; }
+
+// One argument of a wrapper, as the checks at the boundary see it: a text (neither a stray number nor null),
+// an optional text (may be null, never a stray number), a pointer that must not be null, or an output buffer
+// (null only with capacity 0, a size query).
+class Arg {
+public:
+    Arg(const wchar_t* text) : m_pointer(text), m_text(true), m_required(true) {}
+    template <typename T> Arg(T* pointer) : m_pointer(pointer), m_text(false), m_required(true) {}
+
+    static Arg OptionalText(const wchar_t* text) { return Arg(text, true, false); }
+    static Arg Out(const void* buffer, size_t capacity) { return Arg(buffer, false, capacity != 0); }
+
+    bool Stray() const { return m_text && StrayText({static_cast<const wchar_t*>(m_pointer)}); }
+    bool Missing() const { return m_required && m_pointer == nullptr; }
+
+private:
+    Arg(const void* pointer, bool text, bool required) : m_pointer(pointer), m_text(text), m_required(required) {}
+
+    const void* m_pointer;
+    bool m_text;
+    bool m_required;
+};
+using Args = std::initializer_list<Arg>;
+
+inline Arg OptionalText(const wchar_t* text) { return Arg::OptionalText(text); }
+inline Arg Out(const void* buffer, size_t capacity) { return Arg::Out(buffer, capacity); }
+
+// The checks every wrapper makes, in this order, before `body` runs with no exception leaving it: a stray
+// number among the texts, a null handle (TAV_E_NULL_HANDLE), a missing argument. A stray number and a
+// missing argument are both TAV_E_NULL_ARGUMENT.
+template <typename Handle, typename Body> int32_t OnHandle(Handle handle, Args args, Body body) {
+    for (const Arg& arg : args)
+        if (arg.Stray())
+            return TAV_E_NULL_ARGUMENT;
+    return Guarded([&]() -> int32_t {
+        if (handle == nullptr)
+            return TAV_E_NULL_HANDLE;
+        for (const Arg& arg : args)
+            if (arg.Missing())
+                return TAV_E_NULL_ARGUMENT;
+        return body();
+    });
+}
+
+// The same checks for a wrapper without a handle.
+template <typename Body> int32_t OnArgs(Args args, Body body) {
+    for (const Arg& arg : args)
+        if (arg.Stray() || arg.Missing())
+            return TAV_E_NULL_ARGUMENT;
+    return Guarded(body);
+}
+
+// A look-up's answer: 1 and the text, or 0 and an empty text.
+inline int32_t FoundText(bool found, const CStdStr<wchar_t>& text, wchar_t* buffer, size_t capacity, size_t* needed) {
+    return WithText(found ? 1 : 0, CopyText(found ? text : CStdStr<wchar_t>(), buffer, capacity, needed));
+}
+
+// A look-up that fills a text and says whether it found something: 1 and the text, or 0 and an empty text.
+template <typename Query> int32_t QueriedText(Query query, wchar_t* buffer, size_t capacity, size_t* needed) {
+    if (BadBuffer(buffer, capacity))
+        return TAV_E_NULL_ARGUMENT;
+    CStdStr<wchar_t> text;
+    const bool found = query(text);
+    if (!found)
+        text.clear();
+    return WithText(found ? 1 : 0, CopyText(text, buffer, capacity, needed));
+}
 
 }  // namespace tav::capi

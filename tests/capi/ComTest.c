@@ -1,4 +1,4 @@
-/* Automation, accounts and support information. */
+/* c/com.h: automation. */
 #include "CTests.h"
 
 #include <objbase.h>
@@ -7,7 +7,7 @@ static int32_t object_name(void* object, wchar_t* buffer, size_t capacity, size_
     return tav_com_object_name(object, buffer, capacity, needed);
 }
 
-void test_automation(void) {
+void test_com(void) {
     void* regexp = NULL;
     void* dictionary = NULL;
     void* found = (void*)1;
@@ -105,65 +105,4 @@ void test_automation(void) {
     if (dictionary != NULL)
         EXPECT_INT(TAV_OK, tav_com_release(dictionary));
     CoUninitialize();
-}
-
-typedef struct device_facts {
-    int32_t kind;
-    uint32_t number;
-    int calls;
-} device_facts;
-
-static int32_t has_device(void* context) {
-    ++((device_facts*)context)->calls;
-    return 1;
-}
-static int32_t device_kind(void* context) { return ((device_facts*)context)->kind; }
-static uint32_t device_number(void* context) { return ((device_facts*)context)->number; }
-
-void test_accounts_and_support(void) {
-    static const wchar_t* const addresses[] = {L"http://www.velmorax.com/support?x=1",
-                                               L"http://www.iplumekeyboard.com/help?L=de&B=7",
-                                               L"http://www.example.com/", L""};
-    int32_t member = -1;
-    int reference_member = -1;
-    size_t i;
-    device_facts facts = {1, 42, 0};
-    tav_trigger trigger = {&facts, has_device, device_kind, device_number};
-    tav_trigger no_device = {&facts, NULL, device_kind, device_number};
-    ref_trigger_device ref_mouse = {1, 1, 42};
-    ref_trigger_device ref_keyboard = {1, 2, 7};
-    ref_trigger_device ref_none = {0, 0, 0};
-
-    EXPECT_INT(ref_is_member_of(0, &reference_member), tav_is_member_of(0, &member, 0));
-    EXPECT_INT(reference_member, member);
-    EXPECT_INT(1, member); /* Wine's user is an administrator */
-    EXPECT_INT(0, tav_is_member_of(1, &member, 0));
-    EXPECT_INT(0, member);
-    EXPECT_INT(0, tav_is_member_of(2, &member, 1));
-    EXPECT_INT(1, member);
-    EXPECT_INT(E_FAIL, tav_is_member_of(0, NULL, 0));
-    EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_is_member_of(3, &member, 0));
-    EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_is_member_of(-1, &member, 0));
-    EXPECT_INT(ref_is_administrator(), tav_is_administrator());
-    EXPECT_INT(ref_is_administrator_or_power_user(), tav_is_administrator_or_power_user());
-
-    for (i = 0; i < sizeof addresses / sizeof addresses[0]; ++i) {
-        CHECK_TEXT(TAV_OK, ref_support_query(addresses[i]), tav_support_query, addresses[i]);
-        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], NULL), tav_support_query_with_trigger,
-                   addresses[i], NULL);
-        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], &ref_mouse), tav_support_query_with_trigger,
-                   addresses[i], &trigger);
-        CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[i], &ref_none), tav_support_query_with_trigger,
-                   addresses[i], &no_device);
-    }
-    EXPECT_TRUE(facts.calls > 0);
-    facts.kind = 2;
-    facts.number = 7;
-    CHECK_TEXT(TAV_OK, ref_support_query_with_trigger(addresses[0], &ref_keyboard), tav_support_query_with_trigger,
-               addresses[0], &trigger);
-    EXPECT_TRUE(ref_support_query(addresses[0])[0] == L'?');
-    EXPECT_TRUE(ref_support_query(addresses[2])[0] == 0);
-    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_support_query(NULL, NULL, 0, NULL));
-    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_support_query_with_trigger(NULL, &trigger, NULL, 0, NULL));
-    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_support_query_with_trigger(addresses[0], NULL, NULL, 9, NULL));
 }
