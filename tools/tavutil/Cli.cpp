@@ -1,5 +1,7 @@
 #include "Cli.h"
 
+#include "capi/c/common.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -88,5 +90,18 @@ bool TakeLeadingMilliseconds(Args& args, const std::wstring& option, int& ms) {
 }
 
 std::wstring YesNo(bool value) { return value ? L"yes" : L"no"; }
+
+std::wstring ResultText(int32_t kind, int32_t code) {
+    size_t needed = 0;
+    if (tav_result_text(kind, code, nullptr, 0, &needed) != TAV_E_BUFFER_TOO_SMALL || needed == 0)
+        return L"code " + std::to_wstring(code);
+    std::wstring text(needed, L'\0');
+    if (tav_result_text(kind, code, text.data(), text.size(), &needed) != TAV_OK)
+        return L"code " + std::to_wstring(code);
+    text.resize(needed - 1);
+    if (!text.empty() && text.back() == L'.')
+        text.pop_back();
+    return text;
+}
 
 }  // namespace cli

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,9 @@ inline void OutLine(const std::wstring& text) { Out(text + L"\n"); }
 
 // Helpers for verbs.
 std::string Narrow(const std::wstring& text);
+// The library's sentence for a result code of `kind` (TAV_RESULT_SKERR, TAV_RESULT_WIN32, TAV_RESULT_WAIT, ...:
+// tav_result_text), without its final full stop, so that it can stand inside a line.
+std::wstring ResultText(int32_t kind, int32_t code);
 int ParseInt(const std::wstring& text, const char* what);     // throws UsageError when not a number
 void RequireCount(const Args& args, size_t min, size_t max);  // throws UsageError
 bool TakeFlag(Args& args, const std::wstring& flag);          // removes `flag` when present

@@ -46,17 +46,6 @@ int RunSound(const cli::Args& given) {
     return played ? 0 : 1;
 }
 
-std::wstring StatusName(CWaitStatus status) {
-    switch (status) {
-    case CWAIT_WAITING: return L"waiting";
-    case CWAIT_ABORTED: return L"aborted";
-    case CWAIT_TIMEOUT: return L"timed out";
-    case CWAIT_QUIT: return L"quit message";
-    case CWAIT_COMMAND: return L"command message";
-    }
-    return L"unknown";
-}
-
 int RunWait(const cli::Args& args) {
     cli::RequireCount(args, 1, 1);
     const int ms = cli::ParseInt(args[0], "MS");
@@ -65,7 +54,7 @@ int RunWait(const cli::Args& args) {
     CWait wait;
     const DWORD start = GetTickCount();
     const CWaitStatus status = wait.Wait(static_cast<unsigned long>(ms), 10, false);
-    cli::OutLine(std::to_wstring(status) + L" (" + StatusName(status) + L") after about " +
+    cli::OutLine(std::to_wstring(status) + L" (" + cli::ResultText(TAV_RESULT_WAIT, status) + L") after about " +
                  std::to_wstring(GetTickCount() - start) + L" ms");
     return 0;
 }

@@ -12,23 +12,8 @@
 
 namespace {
 
-const wchar_t* ResultName(SKERR result) {
-    switch (result) {
-    case SKERR_NONE: return L"SKERR_NONE";
-    case SKERR_MISSINGCLOSEBRACE: return L"SKERR_MISSINGCLOSEBRACE";
-    case SKERR_INVALIDKEY: return L"SKERR_INVALIDKEY";
-    case SKERR_MISSINGCLOSEPAREN: return L"SKERR_MISSINGCLOSEPAREN";
-    case SKERR_INVALIDCOUNT: return L"SKERR_INVALIDCOUNT";
-    case SKERR_STRINGTOOLONG: return L"SKERR_STRINGTOOLONG";
-    case SKERR_BUSY: return L"SKERR_BUSY";
-    case SKERR_MENUFAILED: return L"SKERR_MENUFAILED";
-    case SKERR_COMMANDDONE: return L"SKERR_COMMANDDONE";
-    }
-    return L"?";
-}
-
 std::wstring ResultLine(SKERR result) {
-    return L"result: " + std::to_wstring(result) + L" (" + ResultName(result) + L")";
+    return L"result: " + std::to_wstring(result) + L" (" + cli::ResultText(TAV_RESULT_SKERR, result) + L")";
 }
 
 // A readable name of a queued key: the script's own key name, the character the key types, or its code.

@@ -37,14 +37,8 @@ KeyPath ParseKey(const std::wstring& text) {
 }
 
 std::wstring StatusText(long status) {
-    tav::UniqueLocal<wchar_t> text;
-    DWORD length =
-        FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-                       nullptr, static_cast<DWORD>(status), 0, reinterpret_cast<wchar_t*>(text.put()), 0, nullptr);
-    std::wstring message = length ? std::wstring(text.get(), length) : std::wstring();
-    while (!message.empty() && (message.back() == L'\n' || message.back() == L'\r' || message.back() == L'.'))
-        message.pop_back();
-    return L"Windows status " + std::to_wstring(status) + (message.empty() ? L"" : L" (" + message + L")");
+    return L"Windows status " + std::to_wstring(status) + L" (" +
+           cli::ResultText(TAV_RESULT_WIN32, static_cast<int32_t>(status)) + L")";
 }
 
 int Failure(const std::wstring& what, long status) {
