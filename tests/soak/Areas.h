@@ -13,6 +13,6 @@ void SoakProcesses(Runner& runner);
 void SoakCom(Runner& runner);
 void SoakSystem(Runner& runner);  // group membership, OS helpers, dynamic loading, key presses
 void SoakSupport(Runner& runner);
-void SoakCapi(Runner& runner);  // the C interface's handles (built when the library has one)
+void SoakCapi(Runner& runner);  // the C interface's handles
 
 }  // namespace soak

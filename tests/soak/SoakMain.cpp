@@ -89,9 +89,7 @@ int wmain(int argc, wchar_t** argv) {
     soak::SoakCom(runner);
     soak::SoakSystem(runner);
     soak::SoakSupport(runner);
-#ifdef TAVSOAK_C_INTERFACE
     soak::SoakCapi(runner);
-#endif
     const int grown = runner.Finish();
     return grown > 100 ? 100 : grown;
 }

@@ -1,5 +1,7 @@
 #include "ScriptGenerator.h"
 
+#include "KeyNames.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cwctype>
@@ -12,22 +14,15 @@ constexpr size_t kQueueCapacity = 6144;
 constexpr size_t kHoldListCapacity = 200;
 constexpr WORD kBeginHold = 0xFFFE, kEndHold = 0xFFFD, kNothing = 0xFFFF;
 
-struct KeyName {
-    const wchar_t* name;
-    WORD code;
-};
-// The key-name table without BREAK (added only on request).
-constexpr KeyName kNames[] = {
-    {L"QUEUESYNC", 0xFFFF}, {L"CAPSLOCK", 0x14},  {L"NUMLOCK", 0x90}, {L"SCROLLOCK", 0x91}, {L"ESCAPE", 0x1B},
-    {L"ESC", 0x1B},         {L"ENTER", 0x0D},     {L"HELP", 0x2F},    {L"PRTSC", 0x2C},     {L"TAB", 0x09},
-    {L"CLEAR", 0x0C},       {L"BACKSPACE", 0x08}, {L"BS", 0x08},      {L"BKSP", 0x08},      {L"DELETE", 0x2E},
-    {L"DEL", 0x2E},         {L"INSERT", 0x2D},    {L"LEFT", 0x25},    {L"RIGHT", 0x27},     {L"UP", 0x26},
-    {L"DOWN", 0x28},        {L"PGUP", 0x21},      {L"PGDN", 0x22},    {L"HOME", 0x24},      {L"END", 0x23},
-    {L"F1", 0x70},          {L"F2", 0x71},        {L"F3", 0x72},      {L"F4", 0x73},        {L"F5", 0x74},
-    {L"F6", 0x75},          {L"F7", 0x76},        {L"F8", 0x77},      {L"F9", 0x78},        {L"F10", 0x79},
-    {L"F11", 0x7A},         {L"F12", 0x7B},       {L"F13", 0x7C},     {L"F14", 0x7D},       {L"F15", 0x7E},
-    {L"F16", 0x7F},         {L"SLEEP", 0x5F},
-};
+// The key names the generator uses: every name but BREAK (added only on request), in the table's order.
+std::vector<tavtest::KeyNameRow> GeneratedNames() {
+    std::vector<tavtest::KeyNameRow> names;
+    for (const tavtest::KeyNameRow& row : tavtest::kKeyNames)
+        if (std::wstring(row.name) != L"BREAK")
+            names.push_back(row);
+    return names;
+}
+const std::vector<tavtest::KeyNameRow> kNames = GeneratedNames();
 
 // Plain text: characters with no meaning in the language, a few no key of the layout produces, and the
 // closing brace (plain outside a brace).
@@ -88,7 +83,7 @@ void ScriptGenerator::BracedKey(const ScriptKinds& kinds, GeneratedScript& out) 
             Character(ch, count, out);
         return;
     }
-    const KeyName& key = kNames[Below(static_cast<int>(sizeof kNames / sizeof kNames[0]))];
+    const tavtest::KeyNameRow& key = kNames[Below(static_cast<int>(kNames.size()))];
     std::wstring name = key.name;
     if (Below(2) == 0)  // names compare without case
         std::transform(name.begin(), name.end(), name.begin(), [](wchar_t c) { return std::towlower(c); });
