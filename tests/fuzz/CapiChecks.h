@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <list>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ constexpr size_t kUnset = 0x5EED5EEDu;
 constexpr size_t kGuardUnits = 4;
 
 inline std::string Num(long long n) { return std::to_string(n); }
+// Whether two blocks hold the same bytes.
+inline bool SameBytes(const void* a, const void* b, size_t size) { return std::memcmp(a, b, size) == 0; }
 
 bool Guarded(const std::vector<wchar_t>& buffer, size_t from);
 

@@ -2,6 +2,7 @@
 #include "KeyTestWindows.h"
 #include "TextRecorder.h"
 
+#include <TavUtil.h>
 #include <TestSupport.h>
 
 #include <gtest/gtest.h>
