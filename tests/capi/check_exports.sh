@@ -66,11 +66,7 @@ for header in "$headers"/*.h; do
             case $name in "$prefix"*) fits=1 ;; esac
         done
         [ $fits = 1 ] || { echo "FAIL: $name is declared in c/$area.h but not named for that area"; status=1; }
-        # The version call of c/common.h has its own source, Version.cpp, beside Common.cpp.
-        sources=$source
-        [ "$area" = common ] && sources="$source $(find "$sources_dir" -maxdepth 1 -name Version.cpp)"
-        # shellcheck disable=SC2086
-        if [ -n "$source" ] && ! grep -q "^[a-z_0-9]* *\*\? *\b$name(" $sources; then
+        if [ -n "$source" ] && ! grep -q "^[a-z_0-9]* *\*\? *\b$name(" "$source"; then
             echo "FAIL: $name is not defined in $(basename "$source")"
             status=1
         fi

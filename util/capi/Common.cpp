@@ -102,6 +102,9 @@ extern "C" {
 
 int32_t tav_c_interface_version(void) { return 1; }
 
+// The loaded DLL's version, from the project's version (TavUtil/TavUtilVersion.h, made by the build).
+int32_t tav_version(void) { return TAVUTIL_VERSION; }
+
 int32_t tav_result_text(int32_t kind, int32_t code, wchar_t* buffer, size_t capacity, size_t* needed) {
     return Guarded([&]() -> int32_t {
         std::wstring text;
