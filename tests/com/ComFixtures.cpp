@@ -3,6 +3,7 @@
 #include "Desktop.h"
 
 #include <atomic>
+#include <cstdio>
 
 namespace comtest {
 
@@ -124,23 +125,40 @@ ForegroundLockTimeout::~ForegroundLockTimeout() {
                           SPIF_UPDATEINIFILE);
 }
 
+// The server is started up to three times when it does not come up, each failure reported with the start's
+// error or the server's exit code: on a freshly made Wine prefix under load a child has, rarely, failed to come
+// up at all (seen on clean clones; the cause is in the emulator's process start, not in the server).
 ServerProcess::ServerProcess(const std::wstring& options) {
     static std::atomic<unsigned> counter{0};
-    std::wstring suffix = std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
-    std::wstring readyName = L"TavUtilComServerReady-" + suffix, quitName = L"TavUtilComServerQuit-" + suffix;
-    readyEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
-    quitEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, quitName.c_str()));
-    std::wstring commandLine = L"\"" + tavtest::BinDir() + L"\\com_object_server.exe\" " + options + L" --ready " +
-                               readyName + L" --quit " + quitName;
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info = {};
-    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
-        return;
-    process_.reset(info.hProcess);
-    CloseHandle(info.hThread);
-    HANDLE waits[] = {readyEvent_.get(), process_.get()};
-    ready_ = WaitForMultipleObjects(2, waits, FALSE, 20000) == WAIT_OBJECT_0;
+    for (int attempt = 0; attempt < 3 && !ready_; ++attempt) {
+        std::wstring suffix = std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++);
+        std::wstring readyName = L"TavUtilComServerReady-" + suffix, quitName = L"TavUtilComServerQuit-" + suffix;
+        readyEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, readyName.c_str()));
+        quitEvent_.reset(CreateEventW(nullptr, TRUE, FALSE, quitName.c_str()));
+        std::wstring commandLine = L"\"" + tavtest::BinDir() + L"\\com_object_server.exe\" " + options + L" --ready " +
+                                   readyName + L" --quit " + quitName;
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION info = {};
+        if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                            &info)) {
+            std::fprintf(stderr, "ServerProcess: CreateProcessW failed with error %lu\n", GetLastError());
+            continue;
+        }
+        process_.reset(info.hProcess);
+        CloseHandle(info.hThread);
+        HANDLE waits[] = {readyEvent_.get(), process_.get()};
+        ready_ = WaitForMultipleObjects(2, waits, FALSE, 20000) == WAIT_OBJECT_0;
+        if (!ready_) {
+            DWORD exitCode = 0;
+            GetExitCodeProcess(process_.get(), &exitCode);
+            std::fprintf(stderr, "ServerProcess: the server did not come up (exit code %lu)\n", exitCode);
+            TerminateProcess(process_.get(), 1);
+            WaitForSingleObject(process_.get(), 5000);
+            process_.reset();
+        }
+    }
+    std::fflush(stderr);
 }
 
 ServerProcess::~ServerProcess() {
