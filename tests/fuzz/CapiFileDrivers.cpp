@@ -85,7 +85,7 @@ TEST(Fuzz, CapiTextFile) {
                               tav_textfile_size(nullptr, &size) == TAV_E_NULL_HANDLE &&
                               tav_textfile_bytes(nullptr, nullptr, 0, nullptr) == TAV_E_NULL_HANDLE,
                           "null handles and pointers");
-                   return "r" + Num(read) + " s" + Num(bytes > 2 ? 3 : bytes);
+                   return std::string("r") + Num(read) + " s" + Num(bytes > 2 ? 3 : bytes);
                },
                true,
                200});
@@ -161,7 +161,7 @@ TEST(Fuzz, CapiVerInfo) {
                         tav_verinfo_field(nullptr, 0, nullptr, 0, nullptr) == TAV_E_NULL_HANDLE &&
                         tav_verinfo_file_version(c.info, nullptr) == TAV_E_NULL_ARGUMENT,
                     "null handles and pointers");
-             return "i" + Num(loaded != 0) + " f" + Num(fields);
+             return std::string("i") + Num(loaded != 0) + " f" + Num(fields);
          }});
 }
 

@@ -170,8 +170,8 @@ TEST(Fuzz, CapiRegistry) {
                         needed == kUnset,
                     "null handles and pointers");
              RegDeleteValueW(key.get(), n);
-             return "w" + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" + Num(status) + " b" +
-                    Num(cRead) + " r" + Num(shapes) + " k" + Num(found);
+             return std::string("w") + Num(written == ERROR_SUCCESS) + " t" + Num(type & 0xF) + " s" + Num(status) +
+                    " b" + Num(cRead) + " r" + Num(shapes) + " k" + Num(found);
          },
          true,
          20000});
@@ -309,7 +309,7 @@ struct KeyPathsDriver {
                    tav_software_application_path(n, nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
                    tav_software_progid_server(nullptr, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT && needed == kUnset,
                "null names");
-        return "a" + Num(app) + Num(touched) + " p" + Num(prog);
+        return std::string("a") + Num(app) + Num(touched) + " p" + Num(prog);
     }
 
     std::string Keys(Rng& rng, const Text& text) const {
@@ -386,7 +386,8 @@ struct KeyPathsDriver {
                    tav_settings_set_key(nullptr, path.c_str(), 0) == TAV_E_NULL_HANDLE &&
                    tav_settings_key_exists(s.settings, nullptr, root) == TAV_E_NULL_ARGUMENT,
                "null handles and paths");
-        return "o" + Num(cppOpen) + " m" + Num(cppMade) + " s" + Num(cppSet) + Num(canCreate) + " k" + Num(cppExists);
+        return std::string("o") + Num(cppOpen) + " m" + Num(cppMade) + " s" + Num(cppSet) + Num(canCreate) + " k" +
+               Num(cppExists);
     }
 };
 

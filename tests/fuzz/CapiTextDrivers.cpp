@@ -127,7 +127,7 @@ TEST(Fuzz, CapiStrings) {
                         tav_string_set_length(nullptr, length, nullptr, 0, &needed) == TAV_E_NULL_ARGUMENT &&
                         tav_log_level_from_name(nullptr) == TAV_E_NULL_ARGUMENT && needed == kUnset,
                     "null text");
-             return "p" + Num(pieces.size() > 5 ? 5 : pieces.size()) + " l" + Num(level) + " s" +
+             return std::string("p") + Num(pieces.size() > 5 ? 5 : pieces.size()) + " l" + Num(level) + " s" +
                     Num(stripped.size() != text.size());
          },
          true});
@@ -189,7 +189,7 @@ TEST(Fuzz, CapiKeys) {
 
                    const int32_t code = tav_keys_lookup_name(script);
                    Expect(code == tav::keys::LookupKeyName(script), "tav_keys_lookup_name gives " + Num(code));
-                   return "r" + Num(result) + " n" + Num(count > 20 ? 20 : count) + " k" + Num(code != 0);
+                   return std::string("r") + Num(result) + " n" + Num(count > 20 ? 20 : count) + " k" + Num(code != 0);
                }});
 }
 
@@ -364,7 +364,7 @@ TEST(Fuzz, CapiCommandLines) {
                         tav_launch_extract_program(nullptr, nullptr, 0, nullptr, nullptr, 0, nullptr) ==
                             TAV_E_NULL_ARGUMENT,
                     "null lines");
-             return "x" + Num(split) + " s" + Num(code) + " v" + Num(valid);
+             return std::string("x") + Num(split) + " s" + Num(code) + " v" + Num(valid);
          },
          true, 512});
 }
@@ -409,7 +409,7 @@ TEST(Fuzz, CapiVersions) {
                               tav_version_compare(nullptr, &b) == TAV_E_NULL_ARGUMENT &&
                               tav_version_compare(&a, nullptr) == TAV_E_NULL_ARGUMENT,
                           "null records");
-                   return "c" + Num(there) + Num(back) + " v" + Num(parsed.valid);
+                   return std::string("c") + Num(there) + Num(back) + " v" + Num(parsed.valid);
                }});
 }
 
