@@ -11,7 +11,7 @@
 #include <cstring>
 #include <vector>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 extern "C" {
 
