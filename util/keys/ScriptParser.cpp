@@ -44,18 +44,22 @@ bool IsBlank(wchar_t ch) { return ch == L' '; }
 // machine stack, so that a script of any nesting depth is parsed without running out of stack.
 struct Frame {
     enum Kind { Modifier, Group } kind;
-    WORD code;  // the modifier's key code
+    WORD code;          // the modifier's key code
+    const wchar_t* at;  // where the modifier or the '(' stands
 };
 
 class ScriptParser {
 public:
     explicit ScriptParser(detail::KeyState& state) : state_(state), cursor_(state.cursor) {}
 
-    // Parses one item at the cursor and advances past it.
+    // Parses one item at the cursor and advances past it. On an error, the state's `failedAt` is the item
+    // that failed: the innermost one, or the group that reached the end of the script.
     SKERR ParseItem() {
         std::vector<Frame> frames;
         int result = StartItem(frames);
         for (;;) {
+            if (result > 0 && state_.failedAt == nullptr)
+                state_.failedAt = itemAt_;
             if (result == kNeedItem) {
                 result = StartItem(frames);
                 continue;
@@ -68,6 +72,7 @@ public:
 
 private:
     int StartItem(std::vector<Frame>& frames) {
+        itemAt_ = cursor_;
         wchar_t ch = *cursor_++;
         switch (ch) {
         case L'\0':
@@ -80,7 +85,7 @@ private:
         case L'(':
             if (*cursor_ == L'\0')
                 return SKERR_MISSINGCLOSEPAREN;
-            frames.push_back({Frame::Group, 0});
+            frames.push_back({Frame::Group, 0, itemAt_});
             return NextInGroup(frames);
         case L'[': return Append(kBeginHold);
         case L']': return Append(kEndHold);
@@ -94,7 +99,7 @@ private:
     int StartModifier(std::vector<Frame>& frames, WORD code) {
         if (SKERR e = Append(code))
             return e;
-        frames.push_back({Frame::Modifier, code});
+        frames.push_back({Frame::Modifier, code, itemAt_});
         return kNeedItem;
     }
 
@@ -103,20 +108,27 @@ private:
         Frame frame = frames.back();
         if (frame.kind == Frame::Modifier) {
             frames.pop_back();
-            return itemResult != SKERR_NONE ? itemResult : Append(frame.code);
+            return itemResult != SKERR_NONE ? itemResult : FailAt(Append(frame.code), frame.at);
         }
         if (itemResult != SKERR_NONE) {
             frames.pop_back();
             if (*cursor_ == L'\0')
-                return SKERR_MISSINGCLOSEPAREN;
+                return FailAt(SKERR_MISSINGCLOSEPAREN, frame.at);
             ++cursor_;
             return itemResult;
         }
         if (*cursor_ == L'\0') {
             frames.pop_back();
-            return SKERR_MISSINGCLOSEPAREN;
+            return FailAt(SKERR_MISSINGCLOSEPAREN, frame.at);
         }
         return NextInGroup(frames);
+    }
+
+    // Records that the item at `at` failed with `result` (nothing for SKERR_NONE).
+    SKERR FailAt(SKERR result, const wchar_t* at) {
+        if (result != SKERR_NONE)
+            state_.failedAt = at;
+        return result;
     }
 
     // In a group: ')' closes it, anything else is its next item.
@@ -199,6 +211,7 @@ private:
 
     detail::KeyState& state_;
     const wchar_t*& cursor_;
+    const wchar_t* itemAt_ = nullptr;  // where the item started last begins
 };
 
 }  // namespace
@@ -212,11 +225,12 @@ WORD LookupKeyName(const wchar_t* name) {
     return 0;
 }
 
-// The whole script is parsed before anything is played, so an error anywhere sends nothing.
-SKERR ParseKeyScript(const wchar_t* script) {
-    detail::KeyState& state = detail::State();
+namespace detail {
+
+SKERR ParseScript(KeyState& state, const wchar_t* script) {
     state.queue.Reset();
     state.cursor = script != nullptr ? script : L"";
+    state.failedAt = nullptr;
     ScriptParser parser(state);
     while (*state.cursor != L'\0') {
         state.itemStart = state.cursor;
@@ -225,5 +239,10 @@ SKERR ParseKeyScript(const wchar_t* script) {
     }
     return SKERR_NONE;
 }
+
+}  // namespace detail
+
+// The whole script is parsed before anything is played, so an error anywhere sends nothing.
+SKERR ParseKeyScript(const wchar_t* script) { return detail::ParseScript(detail::State(), script); }
 
 }  // namespace tav::keys
