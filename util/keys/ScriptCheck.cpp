@@ -231,7 +231,8 @@ std::vector<std::wstring> Notes(const wchar_t* script, const Playback& playback)
         const bool beforeKey = iswalpha(p[1]) != 0;
         bang = bang || (*p == L'!' && beforeKey);
         hash = hash || (*p == L'#' && beforeKey);
-        if (missing == 0 && VkKeyScanW(*p) == -1 && wcschr(L"+^%*()[]~", *p) == nullptr)
+        // Asked only when such a key was queued: the layout's answer costs more than the rest of the look.
+        if (playback.keyOfNoCharacter && missing == 0 && VkKeyScanW(*p) == -1 && wcschr(L"+^%*()[]~", *p) == nullptr)
             missing = *p;
     });
     for (WORD code : playback.modifiersLeftDown) {
