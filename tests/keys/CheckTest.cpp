@@ -48,6 +48,8 @@ const Row kRows[] = {
     {L"{ ENTER}", SKERR_INVALIDKEY, 0, L"a { at 0 is not followed by a key name"},
     {L"{ABCDEFGHIJKLMNOPQRSTUVWXYZABCDEFGHIJ}", SKERR_INVALIDKEY, 0,
      L"unknown key name 'ABCDEFGHIJKLMNOPQRSTUVWXYZABCDEF...'"},
+    {L"{AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA\U0001F600}", SKERR_INVALIDKEY, 0,
+     L"unknown key name 'AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA...'"},  // a pair is never cut in two
     {L"+{a 6143}", SKERR_STRINGTOOLONG, 0, L"the script would need more than 6144 key entries"},
     {L"{PostCommand}", SKERR_INVALIDKEY, 0,
      L"unknown key name 'PostCommand' (a command needs its number after a blank: {PostCommand 1f4})"},

@@ -17,7 +17,10 @@ namespace {
 constexpr size_t kQuoteLimit = 32;
 
 std::wstring Quote(const std::wstring& text) {
-    return text.size() <= kQuoteLimit ? text : text.substr(0, kQuoteLimit) + L"...";
+    if (text.size() <= kQuoteLimit)
+        return text;
+    const size_t cut = IS_HIGH_SURROGATE(text[kQuoteLimit - 1]) ? kQuoteLimit - 1 : kQuoteLimit;  // whole pairs
+    return text.substr(0, cut) + L"...";
 }
 
 std::wstring Counted(int count, const wchar_t* noun) {
