@@ -5,6 +5,7 @@
 #include "keys/detail/KeysInternal.h"
 
 #include <cwchar>
+#include <array>
 #include <vector>
 
 namespace tav::keys {
@@ -91,7 +92,7 @@ private:
         case L']': return Append(kEndHold);
         case L'~': return Append(VK_RETURN);
         case L'{': return ParseBrace();
-        default: return AppendKey(static_cast<WORD>(VkKeyScanW(ch)), 1);
+        default: return AppendKey(KeyOfCharacter(ch), 1);
         }
     }
 
@@ -146,7 +147,7 @@ private:
         WORD key = 0;
         bool closingBrace = *cursor_ == L'}';
         if (closingBrace) {
-            key = static_cast<WORD>(VkKeyScanW(L'}'));
+            key = KeyOfCharacter(L'}');
             ++cursor_;
         }
         const wchar_t* delimiter = wcspbrk(cursor_, L" }");
@@ -170,7 +171,7 @@ private:
         return AppendKey(key, count);
     }
 
-    static WORD KeyOfName(const wchar_t* name, size_t length) {
+    WORD KeyOfName(const wchar_t* name, size_t length) {
         if (length > kMaxBraceName)
             return 0;
         wchar_t buffer[kMaxBraceName + 1];
@@ -179,8 +180,21 @@ private:
         if (WORD code = LookupKeyName(buffer))
             return code;
         if (length == 1)
-            return static_cast<WORD>(VkKeyScanW(buffer[0]));
+            return KeyOfCharacter(buffer[0]);
         return 0;
+    }
+
+    // The key and shift state that type `ch` on the current layout (VkKeyScanW). This thread's layout cannot change
+    // in the middle of a parse, so the answers for the first 128 characters are kept for the rest of it:
+    // asked for every character, the layout's answer costs more than the rest of the parse.
+    WORD KeyOfCharacter(wchar_t ch) {
+        if (ch >= asciiKeys_.size())
+            return static_cast<WORD>(VkKeyScanW(ch));
+        if (!asciiKnown_[ch]) {
+            asciiKeys_[ch] = static_cast<WORD>(VkKeyScanW(ch));
+            asciiKnown_[ch] = true;
+        }
+        return asciiKeys_[ch];
     }
 
     // A key as VkKeyScanW encodes it: the shift-state byte's Shift, Control and Alt around the key,
@@ -212,6 +226,8 @@ private:
     detail::KeyState& state_;
     const wchar_t*& cursor_;
     const wchar_t* itemAt_ = nullptr;  // where the item started last begins
+    std::array<WORD, 128> asciiKeys_ = {};
+    std::array<bool, 128> asciiKnown_ = {};
 };
 
 }  // namespace
