@@ -63,6 +63,29 @@ std::wstring DescribeQueue() {
     return text;
 }
 
+// The script on one line with a caret under the item at `offset` (UTF-16 units): control characters show
+// as blanks and a surrogate pair takes one column, so that the caret stands under its item.
+std::wstring ScriptWithCaret(const std::wstring& script, ptrdiff_t offset) {
+    std::wstring line, caret;
+    for (size_t i = 0; i < script.size(); ++i) {
+        const bool secondHalf = i > 0 && IS_SURROGATE_PAIR(script[i - 1], script[i]);
+        line += script[i] < L' ' ? L' ' : script[i];
+        if (static_cast<ptrdiff_t>(i) < offset && !secondHalf)
+            caret += L' ';
+    }
+    return line + L"\n" + caret + L"^";
+}
+
+// keys --check: the check's sentence, and for an error the script with a caret under the failed item.
+int PrintCheck(const std::wstring& script) {
+    const tav::keys::ScriptCheck check = tav::keys::CheckKeyScript(script.c_str());
+    cli::OutLine(check.message);
+    if (check.result == SKERR_NONE)
+        return 0;
+    cli::OutLine(ScriptWithCaret(script, check.offset));
+    return 1;
+}
+
 // The text of the control that has the focus in the foreground window.
 std::wstring FocusedText() {
     HWND foreground = GetForegroundWindow();
@@ -81,6 +104,7 @@ int RunKeys(const cli::Args& arguments) {
     cli::Args args = arguments;
     bool dryRun = cli::TakeFlag(args, L"--dry-run");
     bool show = cli::TakeFlag(args, L"--show");
+    bool check = cli::TakeFlag(args, L"--check");
     int delay = 0;
     int perKey = 0;
     while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
@@ -88,7 +112,21 @@ int RunKeys(const cli::Args& arguments) {
     }
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
+    if (check)
+        return PrintCheck(script);
     if (dryRun) {
+        // A script that will type nothing shows no queue: what it does instead, or why nothing is typed.
+        const tav::keys::ScriptCheck checked = tav::keys::CheckKeyScript(script.c_str());
+        if (checked.commandWords) {
+            cli::OutLine(checked.message);
+            return 0;
+        }
+        if (checked.result != SKERR_NONE) {
+            cli::OutLine(L"nothing will be typed: " + checked.message);
+            cli::OutLine(ScriptWithCaret(script, checked.offset));
+            cli::OutLine(ResultLine(checked.result));
+            return 1;
+        }
         SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
         cli::OutLine(L"queue (" + std::to_wstring(tav::keys::TheKeyQueue().Count()) + L" entries): " + DescribeQueue());
         cli::OutLine(ResultLine(parsed));
@@ -193,9 +231,11 @@ int RunScreenshot(const cli::Args& args) {
     return 0;
 }
 
-cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] SCRIPT",
-                            L"type a keystroke script into the focused window (--dry-run: show its key queue)",
-                            &RunKeys}};
+cli::VerbRegistration keys{
+    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] [--check] SCRIPT",
+     L"type a keystroke script into the focused window (--dry-run: show its key queue; --check: say what is "
+     L"wrong with it, or what it does)",
+     &RunKeys}};
 cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
                             L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
 cli::VerbRegistration escape{
