@@ -124,7 +124,8 @@ TEST_F(KeysCliTyping, TypingOptionsWithAHeldModifier) {
         edit.Clear();
         tavtest::ChildResult run = Tavutil(command);
         EXPECT_EQ(0u, run.exitCode) << run.output;
-        EXPECT_TRUE(edit.WaitForText(L"kq") == L"kq") << tavtest::Narrow(command) << ": " << tavtest::Narrow(edit.Text());
+        EXPECT_TRUE(edit.WaitForText(L"kq") == L"kq")
+            << tavtest::Narrow(command) << ": " << tavtest::Narrow(edit.Text());
         EXPECT_TRUE(keytest::IsKeyDown(VK_LCONTROL)) << tavtest::Narrow(command);
     }
     // (Literal text goes out as Unicode units, which a held Ctrl does not turn into shortcuts.)
@@ -139,9 +140,9 @@ TEST_F(KeysCliTyping, TypingOptionsWithAHeldModifier) {
 }
 
 TEST(KeysCli, TypeUsageErrors) {
-    for (const wchar_t* command : {L"type", L"type a b", L"type --per-key x a", L"type --per-key -5 a",
-                                   L"type --delay 5", L"keys --per-key -1 a", L"type --hold x a",
-                                   L"keys --wait-release -1 a"}) {
+    for (const wchar_t* command :
+         {L"type", L"type a b", L"type --per-key x a", L"type --per-key -5 a", L"type --delay 5",
+          L"keys --per-key -1 a", L"type --hold x a", L"keys --wait-release -1 a"}) {
         tavtest::ChildResult run = Tavutil(command);
         EXPECT_EQ(2u, run.exitCode) << tavtest::Narrow(command) << "\n" << run.output;
     }

@@ -22,9 +22,13 @@ using tavtest::PhysicalKey;
 
 class KeysHeldModifiers : public keytest::KeysTest {};
 
-const std::vector<std::vector<PhysicalKey>> kHeldSets = {
-    {tavtest::kCtrl},  {tavtest::kAlt},   {tavtest::kShift}, {tavtest::kSuper}, {tavtest::kCtrl, tavtest::kAlt},
-    {tavtest::kCtrl, tavtest::kShift}, {tavtest::kShift, tavtest::kSuper}};
+const std::vector<std::vector<PhysicalKey>> kHeldSets = {{tavtest::kCtrl},
+                                                         {tavtest::kAlt},
+                                                         {tavtest::kShift},
+                                                         {tavtest::kSuper},
+                                                         {tavtest::kCtrl, tavtest::kAlt},
+                                                         {tavtest::kCtrl, tavtest::kShift},
+                                                         {tavtest::kShift, tavtest::kSuper}};
 
 const DWORD kFlagSets[] = {0, tav::keys::kSendWaitForRelease, tav::keys::kSendReleaseModifiers,
                            tav::keys::kSendWaitForRelease | tav::keys::kSendReleaseModifiers};

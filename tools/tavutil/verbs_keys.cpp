@@ -213,12 +213,14 @@ int RunScreenshot(const cli::Args& args) {
     return 0;
 }
 
-cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] [--show] "
-                            L"[--dry-run] SCRIPT",
-                            L"type a keystroke script into the focused window (--dry-run: show its key queue)",
-                            &RunKeys}};
-cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] TEXT",
-                            L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
+cli::VerbRegistration keys{
+    {L"keys",
+     L"keys [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] [--show] "
+     L"[--dry-run] SCRIPT",
+     L"type a keystroke script into the focused window (--dry-run: show its key queue)", &RunKeys}};
+cli::VerbRegistration type{
+    {L"type", L"type [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] TEXT",
+     L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
 cli::VerbRegistration escape{
     {L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally", &RunEscape}};
 cli::VerbRegistration releaseAll{

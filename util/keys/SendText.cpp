@@ -51,7 +51,7 @@ std::vector<INPUT> TextEvents(const wchar_t* text) {
 // The key an event stands for, for its hold time: the virtual key, or the unit of a Unicode event.
 DWORD EventKey(const INPUT& event) {
     return (event.ki.dwFlags & KEYEVENTF_UNICODE) != 0 ? tav::keys::detail::EventPacer::kUnitKey + event.ki.wScan
-                                                      : event.ki.wVk;
+                                                       : event.ki.wVk;
 }
 
 // Unpaced, all events go to the system in one call: nothing the user types meanwhile lands in the middle
