@@ -199,7 +199,7 @@ TEST_F(KeysHeldModifiers, UserLetsGoDuringTyping) {
             log.context = &letGo;
             SendOptions options;
             options.flags = flags;
-            options.keyDelayMs = 25;
+            options.keyDelayMs = 40;  // about 1.2 s after the third key: time for xdotool on a loaded machine
             options.waitReleaseMs = 200;
             run.Type(script, options);
             log.onEvent = nullptr;
