@@ -20,6 +20,8 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
             clang:clang lld:lld-link llvm:llvm-dlltool \
             clang-format:clang-format ccache:ccache doxygen:doxygen
+# Physical input for the keys tests: keys held and typed as a person would, through the X server.
+PACKAGES += xdotool:xdotool
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
         format-check docs dist export-baseline

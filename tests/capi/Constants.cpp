@@ -10,6 +10,7 @@
 #include "files/VerNum.h"
 #include "keys/KeyState.h"
 #include "keys/SendKeys.h"
+#include "keys/SendOptions.h"
 #include "log/VelmLog.h"
 #include "security/VxWindowsPermissionsUtils.h"
 #include "system/OSInfo.h"
@@ -39,6 +40,9 @@ constexpr Mirror kMirrors[] = {
     TAV_MIRROR(TAV_SKERR_BUSY, SKERR_BUSY),
     TAV_MIRROR(TAV_SKERR_MENU_FAILED, SKERR_MENUFAILED),
     TAV_MIRROR(TAV_SKERR_COMMAND_DONE, SKERR_COMMANDDONE),
+    TAV_MIRROR(TAV_SEND_WAIT_FOR_RELEASE, tav::keys::kSendWaitForRelease),
+    TAV_MIRROR(TAV_SEND_RELEASE_MODIFIERS, tav::keys::kSendReleaseModifiers),
+    TAV_MIRROR(TAV_SEND_OPTIONS_SIZE_1, sizeof(tav_send_options)),
     TAV_MIRROR(TAV_KEYS_END_HOLD, tav::keys::kEndHold),
     TAV_MIRROR(TAV_KEYS_BEGIN_HOLD, tav::keys::kBeginHold),
     TAV_MIRROR(TAV_KEYS_SYNC, tav::keys::kNoKey),

@@ -169,6 +169,38 @@ void test_keys(HWND edit) {
     typed.expected = L"HiC\r\nxa+b {x}\r\n\x00e9\x20acQz";
     EXPECT_TRUE(wait_until(edit_shows, &typed, 2000));
 
+    /* Typing with options: null or all zero is the plain call; an older size or an unknown flag is refused
+       before anything is typed. */
+    {
+        tav_send_options options;
+        memset(&options, 0, sizeof options);
+        EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_keys_ex(NULL, NULL));
+        EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_text_ex(NULL, &options));
+        options.size = TAV_SEND_OPTIONS_SIZE_1 - 4;
+        EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_send_keys_ex(L"no", &options));
+        EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_send_text_ex(L"no", &options));
+        options.size = sizeof options;
+        options.flags = 0x4;
+        EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_send_keys_ex(L"no", &options));
+        EXPECT_INT(TAV_E_UNKNOWN_ENUM, tav_send_text_ex(L"no", &options));
+        options.flags = 0;
+        EXPECT_INT(0, tav_send_keys_ex(L"k", NULL));
+        EXPECT_INT(0, tav_send_text_ex(L"l", &options));
+        options.flags = TAV_SEND_WAIT_FOR_RELEASE | TAV_SEND_RELEASE_MODIFIERS;
+        options.key_delay_ms = 5;
+        options.key_hold_ms = 5;
+        options.wait_release_ms = 100;
+        EXPECT_INT(0, tav_send_keys_ex(L"+(m)", &options));
+        EXPECT_INT(0, tav_send_text_ex(L"n", &options));
+        typed.expected = L"HiC\r\nxa+b {x}\r\n\x00e9\x20acQzklMn";
+        EXPECT_TRUE(wait_until(edit_shows, &typed, 10000));
+        EXPECT_INT(TAV_OK, tav_send_keys_set_in_progress(1));
+        EXPECT_INT(7, tav_send_keys_ex(L"x", &options));
+        EXPECT_INT(TAV_OK, tav_send_keys_set_in_progress(1));
+        EXPECT_INT(7, tav_send_text_ex(L"x", NULL));
+        EXPECT_INT(TAV_OK, tav_send_keys_clear_in_progress());
+    }
+
     /* Hold mode: a key pressed inside '[' stays down until everything is released. */
     EXPECT_INT(0, tav_send_keys(L"[a"));
     EXPECT_TRUE((GetAsyncKeyState('A') & 0x8000) != 0);

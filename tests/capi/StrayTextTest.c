@@ -26,6 +26,8 @@ void test_stray_text(void) {
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_keys_paced(STRAY, 0));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_text_paced(STRAY, 0));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_run_paced(STRAY, 0));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_keys_ex(STRAY, NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_send_text_ex(STRAY, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_escape(STRAY, g_out, OUT_UNITS, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_parse(STRAY, NULL, OUT_UNITS, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_check(STRAY, NULL, g_out, OUT_UNITS, NULL));

@@ -2,6 +2,7 @@
 #include "KeyTestWindows.h"
 #include "TextRecorder.h"
 
+#include <PhysicalKeyboard.h>
 #include <TavUtil.h>
 #include <TestSupport.h>
 
@@ -167,14 +168,45 @@ TEST_F(KeysCliTyping, PerKeyPacesTypeAndKeys) {
     }
 }
 
+// The typing options: with a person's Ctrl held, --release-modifiers types the plain keys and leaves Ctrl as
+// the user holds it; without it the keys of a script arrive as Ctrl shortcuts (nothing typed).
+TEST_F(KeysCliTyping, TypingOptionsWithAHeldModifier) {
+    keytest::EditWindow edit;
+    tavtest::PhysicalKeyboard keyboard(edit.window());
+    ASSERT_TRUE(keyboard.Ready()) << "the keys of xdotool do not reach Wine";
+    ASSERT_TRUE(keyboard.Down(tavtest::kCtrl));
+    for (const wchar_t* command : {L"type --release-modifiers kq", L"keys --release-modifiers kq",
+                                   L"keys --wait-release 100 --hold 20 --release-modifiers kq"}) {
+        edit.Clear();
+        tavtest::ChildResult run = Tavutil(command);
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        EXPECT_TRUE(edit.WaitForText(L"kq") == L"kq")
+            << tavtest::Narrow(command) << ": " << tavtest::Narrow(edit.Text());
+        EXPECT_TRUE(keytest::IsKeyDown(VK_LCONTROL)) << tavtest::Narrow(command);
+    }
+    // (Literal text goes out as Unicode units, which a held Ctrl does not turn into shortcuts.)
+    for (const wchar_t* command : {L"keys kq", L"keys --wait-release 100 kq"}) {
+        edit.Clear();
+        tavtest::ChildResult run = Tavutil(command);
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        EXPECT_TRUE(tavtest::Settle(edit.window()));
+        EXPECT_TRUE(edit.Text().empty()) << tavtest::Narrow(command) << ": " << tavtest::Narrow(edit.Text());
+    }
+    EXPECT_TRUE(keyboard.Up(tavtest::kCtrl));
+}
+
 TEST(KeysCli, TypeUsageErrors) {
-    for (const wchar_t* command : {L"type", L"type a b", L"type --per-key x a", L"type --per-key -5 a",
-                                   L"type --delay 5", L"keys --per-key -1 a"}) {
+    for (const wchar_t* command :
+         {L"type", L"type a b", L"type --per-key x a", L"type --per-key -5 a", L"type --delay 5",
+          L"keys --per-key -1 a", L"type --hold x a", L"keys --wait-release -1 a"}) {
         tavtest::ChildResult run = Tavutil(command);
         EXPECT_EQ(2u, run.exitCode) << tavtest::Narrow(command) << "\n" << run.output;
     }
     tavtest::ChildResult help = Tavutil(L"--help");
-    EXPECT_NE(std::string::npos, help.output.find("type [--delay MS] [--per-key MS] TEXT")) << help.output;
+    EXPECT_NE(std::string::npos,
+              help.output.find("type [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] "
+                               "TEXT"))
+        << help.output;
     EXPECT_NE(std::string::npos, help.output.find("keys [--delay MS] [--per-key MS]")) << help.output;
 }
 

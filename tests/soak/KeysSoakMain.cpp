@@ -5,7 +5,9 @@
 //
 //   keys_soak.exe [--count N] [--seed S] [--failures FILE]
 //
-// N plain scripts (default 10,000), and N/10 each with '[', with BREAK, and with both.
+// N plain scripts (default 10,000), and N/10 each with '[', with BREAK, and with both; then N plain scripts
+// typed with kSendReleaseModifiers while a person holds a modifier (HeldModifierSoak.h).
+#include "HeldModifierSoak.h"
 #include "KeyTestWindows.h"
 #include "ScriptGenerator.h"
 #include "ScriptRun.h"
@@ -93,6 +95,14 @@ int wmain(int argc, wchar_t** argv) {
     }
     if (failures)
         fclose(failures);
+    const DWORD heldStart = GetTickCount();
+    const soak::HeldModifierTally held = soak::RunHeldModifierSoak(window, generator, count);
+    printf("keys soak: %-34s %6d scripts with Ctrl, Alt, Shift or Windows held and released by the call; %d keys "
+           "left down, %d times the held key lost (%.1f s)%s\n",
+           "held modifier, release-modifiers", held.typed, held.leftDown, held.heldLost,
+           (GetTickCount() - heldStart) / 1000.0, held.ready ? "" : " - xdotool's keys do not reach Wine");
+    if (!held.ready || held.leftDown != 0 || held.heldLost != 0)
+        ++failedTotal;
     locks.Restore();
     printf("keys soak: seed %u, %.1f s, window brought back to the front %d times; %d scripts failed%s\n", seed,
            (GetTickCount() - start) / 1000.0, refronted, failedTotal,

@@ -25,7 +25,10 @@ void RegisterClassOnce(const wchar_t* name, WNDPROC proc) {
 }
 
 // The Edit host keeps the focus on its Edit whenever it is activated.
+// A lone Alt (a person's, held and let go) opens no system menu: its modal loop would stop the test.
 LRESULT CALLBACK EditHostProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_SYSCOMMAND && (wParam & 0xFFF0) == SC_KEYMENU)
+        return 0;
     if (message == WM_SETFOCUS) {
         if (HWND edit = GetWindow(window, GW_CHILD))
             SetFocus(edit);

@@ -100,16 +100,40 @@ std::wstring FocusedText() {
     return buffer.data();
 }
 
+// The typing options of keys and type: --delay waits before typing (time to bring the target to the front),
+// --per-key paces the keys, --hold keeps each key down that long, --wait-release waits up to MS for the user to
+// let go of the modifiers, --release-modifiers releases those the user holds and puts back those still held.
+struct TypingOptions {
+    int delay = 0;
+    tav::keys::SendOptions send;
+};
+
+TypingOptions TakeTypingOptions(cli::Args& args) {
+    TypingOptions typing;
+    if (cli::TakeFlag(args, L"--release-modifiers"))
+        typing.send.flags |= tav::keys::kSendReleaseModifiers;
+    int perKey = 0, hold = 0, waitRelease = -1;
+    while (cli::TakeLeadingMilliseconds(args, L"--delay", typing.delay) ||
+           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey) ||
+           cli::TakeLeadingMilliseconds(args, L"--hold", hold) ||
+           cli::TakeLeadingMilliseconds(args, L"--wait-release", waitRelease)) {
+    }
+    typing.send.keyDelayMs = static_cast<DWORD>(perKey);
+    typing.send.keyHoldMs = static_cast<DWORD>(hold);
+    if (waitRelease >= 0) {
+        typing.send.flags |= tav::keys::kSendWaitForRelease;
+        typing.send.waitReleaseMs = static_cast<DWORD>(waitRelease);
+    }
+    return typing;
+}
+
 int RunKeys(const cli::Args& arguments) {
     cli::Args args = arguments;
     bool dryRun = cli::TakeFlag(args, L"--dry-run");
     bool show = cli::TakeFlag(args, L"--show");
     bool check = cli::TakeFlag(args, L"--check");
-    int delay = 0;
-    int perKey = 0;
-    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
-           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
-    }
+    const TypingOptions typing = TakeTypingOptions(args);
+    const int delay = typing.delay;
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
     if (check)
@@ -135,7 +159,7 @@ int RunKeys(const cli::Args& arguments) {
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
     // The library's own run, as SendKeys does it, with the report SendKeys keeps to itself.
-    const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script.c_str(), static_cast<DWORD>(perKey));
+    const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script.c_str(), typing.send);
     cli::OutLine(report.commandWords ? std::wstring(L"result: command words carried out") : ResultLine(report.result));
     if (show) {
         Sleep(300);
@@ -149,18 +173,14 @@ int RunKeys(const cli::Args& arguments) {
     return report.result == SKERR_NONE ? 0 : 1;
 }
 
-// --delay waits before typing (time to bring the target to the front), as for keys; --per-key paces it.
+// The typing options as for keys (TakeTypingOptions).
 int RunType(const cli::Args& arguments) {
     cli::Args args = arguments;
-    int delay = 0;
-    int perKey = 0;
-    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
-           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
-    }
+    const TypingOptions typing = TakeTypingOptions(args);
     cli::RequireCount(args, 1, 1);
-    if (delay > 0)
-        Sleep(static_cast<DWORD>(delay));
-    SKERR sent = SendTextPaced(args[0].c_str(), static_cast<DWORD>(perKey));
+    if (typing.delay > 0)
+        Sleep(static_cast<DWORD>(typing.delay));
+    SKERR sent = SendTextEx(args[0].c_str(), typing.send);
     cli::OutLine(ResultLine(sent));
     return sent == SKERR_NONE ? 0 : 1;
 }
@@ -232,12 +252,15 @@ int RunScreenshot(const cli::Args& args) {
 }
 
 cli::VerbRegistration keys{
-    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] [--check] SCRIPT",
+    {L"keys",
+     L"keys [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] [--show] "
+     L"[--dry-run] [--check] SCRIPT",
      L"type a keystroke script into the focused window (--dry-run: show its key queue; --check: say what is "
      L"wrong with it, or what it does)",
      &RunKeys}};
-cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
-                            L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
+cli::VerbRegistration type{
+    {L"type", L"type [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] TEXT",
+     L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
 cli::VerbRegistration escape{
     {L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally", &RunEscape}};
 cli::VerbRegistration releaseAll{

@@ -6,6 +6,7 @@
 #include "keys/KeyState.h"
 #include "keys/ScriptCheck.h"
 #include "keys/SendKeys.h"
+#include "keys/SendOptions.h"
 #include "keys/SendText.h"
 #include "platform/CString.h"
 
@@ -102,6 +103,47 @@ int32_t tav_keys_check(const wchar_t* script, int32_t* offset, wchar_t* message,
 
 int32_t tav_keys_lookup_name(const wchar_t* name) {
     return OnArgs({name}, [&] { return static_cast<int32_t>(tav::keys::LookupKeyName(name)); });
+}
+
+}  // extern "C"
+
+// Typing while the user holds modifiers: the typing calls with options.
+namespace {
+
+// The C options as the C++ ones; false when the caller's struct is older than the first version or asks for
+// a flag no version knows.
+bool ReadSendOptions(const tav_send_options* options, tav::keys::SendOptions& out) {
+    if (options == nullptr)
+        return true;
+    if (options->size < TAV_SEND_OPTIONS_SIZE_1 || (options->flags & ~tav::keys::kSendKnownFlags) != 0)
+        return false;
+    out.flags = options->flags;
+    out.keyDelayMs = options->key_delay_ms;
+    out.keyHoldMs = options->key_hold_ms;
+    out.waitReleaseMs = options->wait_release_ms;
+    return true;
+}
+
+}  // namespace
+
+extern "C" {
+
+int32_t tav_send_keys_ex(const wchar_t* script, const tav_send_options* options) {
+    return OnArgs({script}, [&]() -> int32_t {
+        tav::keys::SendOptions read;
+        if (!ReadSendOptions(options, read))
+            return TAV_E_UNKNOWN_ENUM;
+        return static_cast<int32_t>(SendKeysEx(script, read));
+    });
+}
+
+int32_t tav_send_text_ex(const wchar_t* text, const tav_send_options* options) {
+    return OnArgs({text}, [&]() -> int32_t {
+        tav::keys::SendOptions read;
+        if (!ReadSendOptions(options, read))
+            return TAV_E_UNKNOWN_ENUM;
+        return static_cast<int32_t>(SendTextEx(text, read));
+    });
 }
 
 }  // extern "C"

@@ -87,9 +87,16 @@ bool PlayOneEvent(EventPacer& pacer) {
     }
     if (player.hold && !ShouldSendInHoldMode(state.holdList, code, keyUp))
         return true;
-    pacer.BeforeEvent();
+    pacer.BeforeEvent(LOBYTE(code), keyUp);
     SendKeyEvent(code, keyUp);
+    pacer.AfterEvent(LOBYTE(code), keyUp);
     return true;
+}
+
+void PlayQueue(EventPacer& pacer) {
+    ResetPlayer();
+    while (PlayOneEvent(pacer)) {
+    }
 }
 
 }  // namespace tav::keys::detail
@@ -99,10 +106,8 @@ namespace tav::keys {
 void PlayKeyQueue() { PlayKeyQueue(0); }
 
 void PlayKeyQueue(DWORD perEventDelayMs) {
-    detail::ResetPlayer();
     detail::EventPacer pacer(perEventDelayMs);
-    while (detail::PlayOneEvent(pacer)) {
-    }
+    detail::PlayQueue(pacer);
 }
 
 }  // namespace tav::keys

@@ -10,6 +10,7 @@
 
 #include "../platform/Export.h"
 #include "SendKeys.h"
+#include "SendOptions.h"
 
 #include <windows.h>
 
@@ -31,6 +32,10 @@ struct KeyRunReport {
 // itself. `perEventDelayMs` paces the key events as SendKeysPaced does (0: none). The one home of a run:
 // SendKeys, the command line and the C interface all come here.
 TAVUTIL_API KeyRunReport CarryOutKeyScript(const wchar_t* script, DWORD perEventDelayMs = 0);
+// The same run with options (keys/SendOptions.h): a run refused as busy, a script with an error and one of
+// command words send no key, and so wait for nothing and release nothing. Throws std::invalid_argument for
+// unknown flags.
+TAVUTIL_API KeyRunReport CarryOutKeyScript(const wchar_t* script, const SendOptions& options);
 
 // Parses `script` into the key queue (see KeyState.h) and sends nothing. SKERR_NONE, or the first error.
 TAVUTIL_API SKERR ParseKeyScript(const wchar_t* script);

@@ -4,6 +4,7 @@
 
 #include "keys/PressKeyHelper.h"
 #include "keys/detail/KeysInternal.h"
+#include "keys/detail/SendSession.h"
 
 #include <cwchar>
 
@@ -11,7 +12,7 @@ namespace {
 
 // The clipboard shortcuts go through the press helper, which paces its keys for the target; a paced call
 // adds its own delay before each key after the first.
-bool PressShortcut(const wchar_t* script, DWORD delayMs) {
+bool PressShortcut(const wchar_t* script, const tav::keys::SendOptions& options) {
     WORD letter = 0;
     if (wcscmp(script, L"^C") == 0 || wcscmp(script, L"^c") == 0)
         letter = 'C';
@@ -22,14 +23,17 @@ bool PressShortcut(const wchar_t* script, DWORD delayMs) {
     if (letter == 0)
         return false;
     PressKeyHelper helper;
-    tav::keys::detail::EventPacer pacer(delayMs);
+    tav::keys::detail::SendSession session(options);
+    tav::keys::detail::EventPacer& pacer = session.Pacer();
     const struct {
         WORD key;
         DWORD flags;
     } presses[] = {{VK_CONTROL, 0}, {letter, 0}, {letter, KEYEVENTF_KEYUP}, {VK_CONTROL, KEYEVENTF_KEYUP}};
     for (const auto& press : presses) {
-        pacer.BeforeEvent();
+        const bool keyUp = press.flags == KEYEVENTF_KEYUP;
+        pacer.BeforeEvent(press.key, keyUp);
         helper.Press(press.key, press.flags);
+        pacer.AfterEvent(press.key, keyUp);
     }
     return true;
 }
@@ -41,7 +45,7 @@ namespace tav::keys {
 namespace {
 
 // Command words, then parse, then play: the run behind both RunKeyScript and CarryOutKeyScript.
-void RunScript(const wchar_t* script, DWORD perEventDelayMs, KeyRunReport& report) {
+void RunScript(const wchar_t* script, const SendOptions& options, KeyRunReport& report) {
     if (script == nullptr)
         script = L"";
     const SKERR commands = detail::CarryOutCommandWords(script);
@@ -59,7 +63,8 @@ void RunScript(const wchar_t* script, DWORD perEventDelayMs, KeyRunReport& repor
         return;
     }
     detail::State().inProgress = 0;
-    PlayKeyQueue(perEventDelayMs);
+    detail::SendSession session(options);
+    detail::PlayQueue(session.Pacer());
     report.played = true;
 }
 
@@ -69,22 +74,31 @@ SKERR RunKeyScript(const wchar_t* script) { return RunKeyScript(script, 0); }
 
 SKERR RunKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
     KeyRunReport report;
-    RunScript(script, perEventDelayMs, report);
+    SendOptions options;
+    options.keyDelayMs = perEventDelayMs;
+    RunScript(script, options, report);
     return report.result;
 }
 
 KeyRunReport CarryOutKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
+    SendOptions options;
+    options.keyDelayMs = perEventDelayMs;
+    return CarryOutKeyScript(script, options);
+}
+
+KeyRunReport CarryOutKeyScript(const wchar_t* script, const SendOptions& options) {
+    detail::CheckSendOptions(options);
     KeyRunReport report;
     if (SendKeys_InProgress() != 0) {
         MessageBeep(MB_ICONEXCLAMATION);
         report.result = SKERR_BUSY;
         return report;
     }
-    if (script != nullptr && PressShortcut(script, perEventDelayMs)) {
+    if (script != nullptr && PressShortcut(script, options)) {
         report.shortcut = true;
         return report;
     }
-    RunScript(script, perEventDelayMs, report);
+    RunScript(script, options, report);
     return report;
 }
 
@@ -93,9 +107,15 @@ KeyRunReport CarryOutKeyScript(const wchar_t* script, DWORD perEventDelayMs) {
 SKERR SendKeys(const wchar_t* script) { return SendKeysPaced(script, 0); }
 
 SKERR SendKeysPaced(const wchar_t* script, DWORD delayMs) {
+    tav::keys::SendOptions options;
+    options.keyDelayMs = delayMs;
+    return SendKeysEx(script, options);
+}
+
+SKERR SendKeysEx(const wchar_t* script, const tav::keys::SendOptions& options) {
     // The run's result is not passed on, on purpose: hosts treat every accepted script as sent, and a
     // script with an error simply types nothing. Only a refused run (another is in progress) says so.
-    const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script, delayMs);
+    const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script, options);
     return report.result == SKERR_BUSY ? SKERR_BUSY : SKERR_NONE;
 }
 

@@ -39,6 +39,7 @@ TAVUTIL_API SKERR SendKeys(const wchar_t* script);
 // drop keys arriving with no pause between them. Hold mode, the modifier toggles, command words and the
 // result are those of SendKeys; a delay of 0 is SendKeys itself.
 TAVUTIL_API SKERR SendKeysPaced(const wchar_t* script, DWORD delayMs);
+// SendKeysEx, with options (pacing, hold time, the modifiers the user holds), is in keys/SendOptions.h.
 
 // Escapes `text` in place so that SendKeys types it literally: each of % ( ) * + [ ] ^ { } ~ is wrapped
 // in braces ("50% (a+b)" becomes "50{%} {(}a{+}b{)}"). The name says "remove"; the function escapes.

@@ -2,6 +2,7 @@
 #include "keys/SendText.h"
 
 #include "keys/detail/KeysInternal.h"
+#include "keys/detail/SendSession.h"
 
 #include <vector>
 
@@ -47,19 +48,28 @@ std::vector<INPUT> TextEvents(const wchar_t* text) {
     return events;
 }
 
+// The key an event stands for, for its hold time: the virtual key, or the unit of a Unicode event.
+DWORD EventKey(const INPUT& event) {
+    return (event.ki.dwFlags & KEYEVENTF_UNICODE) != 0 ? tav::keys::detail::EventPacer::kUnitKey + event.ki.wScan
+                                                       : event.ki.wVk;
+}
+
 // Unpaced, all events go to the system in one call: nothing the user types meanwhile lands in the middle
-// of the text. Paced, each event goes on its own after the pause.
-void SendEvents(std::vector<INPUT>& events, DWORD delayMs) {
+// of the text. Paced (or held), each event goes on its own after the pause.
+void SendEvents(std::vector<INPUT>& events, tav::keys::detail::EventPacer& pacer) {
     if (events.empty())
         return;
-    if (delayMs == 0) {
+    if (!pacer.OneByOne()) {
+        pacer.BeforeEvent();
         SendInput(static_cast<UINT>(events.size()), events.data(), sizeof(INPUT));
+        pacer.AfterEvent();
         return;
     }
-    tav::keys::detail::EventPacer pacer(delayMs);
     for (INPUT& event : events) {
-        pacer.BeforeEvent();
+        const bool keyUp = (event.ki.dwFlags & KEYEVENTF_KEYUP) != 0;
+        pacer.BeforeEvent(EventKey(event), keyUp);
         SendInput(1, &event, sizeof(INPUT));
+        pacer.AfterEvent(EventKey(event), keyUp);
     }
 }
 
@@ -68,6 +78,13 @@ void SendEvents(std::vector<INPUT>& events, DWORD delayMs) {
 SKERR SendText(const wchar_t* text) { return SendTextPaced(text, 0); }
 
 SKERR SendTextPaced(const wchar_t* text, DWORD delayMs) {
+    tav::keys::SendOptions options;
+    options.keyDelayMs = delayMs;
+    return SendTextEx(text, options);
+}
+
+SKERR SendTextEx(const wchar_t* text, const tav::keys::SendOptions& options) {
+    tav::keys::detail::CheckSendOptions(options);
     // The same guard as SendKeys: a host that marks a send in progress gets the same answer from both.
     if (SendKeys_InProgress() != 0) {
         MessageBeep(MB_ICONEXCLAMATION);
@@ -76,6 +93,9 @@ SKERR SendTextPaced(const wchar_t* text, DWORD delayMs) {
     if (text == nullptr)
         return SKERR_NONE;
     std::vector<INPUT> events = TextEvents(text);
-    SendEvents(events, delayMs);
+    if (events.empty())
+        return SKERR_NONE;
+    tav::keys::detail::SendSession session(options);
+    SendEvents(events, session.Pacer());
     return SKERR_NONE;
 }

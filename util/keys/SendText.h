@@ -19,3 +19,5 @@ TAVUTIL_API SKERR SendText(const wchar_t* text);
 // SendText with a pause of `delayMs` milliseconds before every key event but the first, for targets that
 // drop keys arriving with no pause between them. A delay of 0 is SendText itself.
 TAVUTIL_API SKERR SendTextPaced(const wchar_t* text, DWORD delayMs);
+
+// SendTextEx, with options (pacing, hold time, the modifiers the user holds), is in keys/SendOptions.h.

@@ -186,6 +186,62 @@ TAVUTIL_C_API int32_t tav_keys_check(const wchar_t* script, int32_t* offset, wch
  */
 TAVUTIL_C_API int32_t tav_keys_lookup_name(const wchar_t* name);
 
+/* Typing while the user holds modifiers: the typing calls with options. */
+
+/**
+ * @brief Options of tav_send_keys_ex() and tav_send_text_ex(). All fields 0 (or a null pointer) is the plain
+ * call. The struct may grow: set `size` to sizeof(tav_send_options) and the other fields you do not use to 0.
+ */
+typedef struct tav_send_options {
+    uint32_t size;            /**< sizeof(tav_send_options): at least #TAV_SEND_OPTIONS_SIZE_1. */
+    uint32_t flags;           /**< #TAV_SEND_WAIT_FOR_RELEASE, #TAV_SEND_RELEASE_MODIFIERS, or both. */
+    uint32_t key_delay_ms;    /**< Pause before every key event but the first (as the paced forms), 0: none. */
+    uint32_t key_hold_ms;     /**< Least time each key stays down before its key-up, 0: none. */
+    uint32_t wait_release_ms; /**< With #TAV_SEND_WAIT_FOR_RELEASE: how long to wait at most. */
+} tav_send_options;
+
+/** @brief The sizes of the versions of #tav_send_options, for its `size` field. */
+enum tav_send_options_size {
+    TAV_SEND_OPTIONS_SIZE_1 = 20 /**< The first version: five 32-bit fields. */
+};
+
+/** @brief The flags of #tav_send_options. */
+enum tav_send_flag {
+    /**
+     * Before the first key event, wait (handling the calling thread's messages) until the user has let go of
+     * every modifier (Shift, Control, Alt, Windows, left or right), at most `wait_release_ms`. When the time
+     * runs out: with #TAV_SEND_RELEASE_MODIFIERS as that flag says, without it typing goes ahead as it is.
+     */
+    TAV_SEND_WAIT_FOR_RELEASE = 0x1,
+    /**
+     * Modifiers the user holds when typing starts (and that hold mode's list does not hold) are released
+     * before the first key; when typing ends, each of them the user still holds is pressed again, none that
+     * the user let go of meanwhile. While it types, a low-level keyboard hook on the calling thread follows the
+     * user's keys and the calling thread's messages are handled between key events.
+     */
+    TAV_SEND_RELEASE_MODIFIERS = 0x2
+};
+
+/**
+ * @brief tav_send_keys() with options: pacing, the time each key stays down, and what to do about modifiers
+ * the user still holds (a host called from a shortcut such as Ctrl+Alt+K). A null `options`, or all fields 0
+ * after `size`, sends exactly what tav_send_keys() sends. Waits while it types when a delay, a hold or a flag
+ * is given, and handles the calling thread's messages while it waits or watches.
+ * @param script The script.
+ * @param options The options (may be null).
+ * @return As tav_send_keys(); #TAV_E_UNKNOWN_ENUM when `size` is smaller than #TAV_SEND_OPTIONS_SIZE_1 or
+ * `flags` has a bit that is not a TAV_SEND_ flag (nothing is typed).
+ */
+TAVUTIL_C_API int32_t tav_send_keys_ex(const wchar_t* script, const tav_send_options* options);
+
+/**
+ * @brief tav_send_text() with options (see tav_send_keys_ex()).
+ * @param text The text.
+ * @param options The options (may be null).
+ * @return As tav_send_text(); #TAV_E_UNKNOWN_ENUM for a `size` or `flags` as tav_send_keys_ex() says.
+ */
+TAVUTIL_C_API int32_t tav_send_text_ex(const wchar_t* text, const tav_send_options* options);
+
 #ifdef __cplusplus
 }
 #endif

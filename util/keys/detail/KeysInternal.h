@@ -2,6 +2,7 @@
 #pragma once
 
 #include "keys/KeyState.h"
+#include "keys/ModifierWatch.h"
 #include "keys/KeyStages.h"
 #include "keys/SendKeys.h"
 
@@ -56,20 +57,36 @@ struct CommandWord {
 std::vector<CommandWord> FindCommandWords(const wchar_t* script);
 
 // Spaces the key events of one call: waits `delayMs` before every event but the first, so that a target
-// that drops keys arriving back to back sees them one by one. A delay of 0 never waits and never yields:
-// an unpaced call sends exactly as it always has.
+// that drops keys arriving back to back sees them one by one, and keeps each key down at least `holdMs`
+// before its key-up. A delay and a hold of 0 never wait and never yield: an unpaced call sends exactly as it
+// always has. With a modifier watch (kSendReleaseModifiers) the waits handle the calling thread's messages,
+// so that the watch's hook sees the user's keys, and the messages are handled after every event too.
 class EventPacer {
 public:
     explicit EventPacer(DWORD delayMs) : delayMs_(delayMs) {}
-    void BeforeEvent() {
-        if (delayMs_ != 0 && sentOne_)
-            Sleep(delayMs_);
-        sentOne_ = true;
-    }
+    EventPacer(DWORD delayMs, DWORD holdMs, ModifierWatch* watch) : delayMs_(delayMs), holdMs_(holdMs), watch_(watch) {}
+    // Before the event of `key` (a virtual key, or a Unicode unit with kUnitKey added) goes out.
+    void BeforeEvent(DWORD key = 0, bool keyUp = false);
+    // After it went out.
+    void AfterEvent(DWORD key = 0, bool keyUp = false);
+    // True when every event must go out on its own (a delay or a hold); false: a whole call may go at once.
+    bool OneByOne() const { return delayMs_ != 0 || holdMs_ != 0; }
+
+    static constexpr DWORD kUnitKey = 0x10000;
 
 private:
+    void Wait(DWORD ms);
+
     DWORD delayMs_;
+    DWORD holdMs_ = 0;
+    ModifierWatch* watch_ = nullptr;
     bool sentOne_ = false;
+    struct Press {
+        DWORD key;
+        LARGE_INTEGER at;
+    };
+    Press presses_[8] = {};  // the last keys pressed, for their hold time
+    int nextPress_ = 0;
 };
 
 // Resets the player's per-run state (everything but hold mode and the hold list) and rewinds the queue.
@@ -77,5 +94,7 @@ void ResetPlayer();
 // Plays one key event, paced by `pacer` when one is sent: true while events remain, false when the queue
 // is exhausted.
 bool PlayOneEvent(EventPacer& pacer);
+// Resets the player and plays the whole queue through `pacer`.
+void PlayQueue(EventPacer& pacer);
 
 }  // namespace tav::keys::detail
