@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
 #include <vector>
 
 namespace {
@@ -77,71 +76,70 @@ std::wstring FocusedText() {
     return buffer.data();
 }
 
-int RunKeys(const cli::Args& arguments) {
-    cli::Args args = arguments;
-    bool dryRun = cli::TakeFlag(args, L"--dry-run");
-    bool show = cli::TakeFlag(args, L"--show");
-    int delay = 0;
-    int perKey = 0;
-    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
-           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
-    }
+// The longest wait before typing and the longest pause between keys a command line may ask for.
+const int kMaximumDelayMs = 600000;
+const int kMaximumPerKeyMs = 10000;
+
+std::wstring Entries(int count) { return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries"); }
+
+int RunKeys(const cli::Call& call) {
+    const cli::Args& args = call.args;
+    const int delay = call.Number(L"--delay", 0, 0, kMaximumDelayMs);
+    const int perKey = call.Number(L"--per-key", 0, 0, kMaximumPerKeyMs);
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
-    if (dryRun) {
+    if (call.Has(L"--dry-run")) {
         SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
-        cli::OutLine(L"queue (" + std::to_wstring(tav::keys::TheKeyQueue().Count()) + L" entries): " + DescribeQueue());
+        cli::OutLine(L"key queue (" + Entries(tav::keys::TheKeyQueue().Count()) + L"): " + DescribeQueue());
         cli::OutLine(ResultLine(parsed));
-        return parsed == SKERR_NONE ? 0 : 1;
+        return parsed == SKERR_NONE ? cli::kDone : cli::kNotFound;
     }
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
     // The library's own run, as SendKeys does it, with the report SendKeys keeps to itself.
     const tav::keys::KeyRunReport report = tav::keys::CarryOutKeyScript(script.c_str(), static_cast<DWORD>(perKey));
     cli::OutLine(report.commandWords ? std::wstring(L"result: command words carried out") : ResultLine(report.result));
-    if (show) {
+    if (call.Has(L"--show")) {
         Sleep(300);
         cli::OutLine(L"the focused window shows: \"" + FocusedText() + L"\"");
     }
     // The hold list ends with this process: what a script held is released here, or nothing ever could.
     if (int held = tav::keys::TheHoldList().Count()) {
         SendKeys_ReleaseAll();
-        cli::OutLine(L"released " + std::to_wstring(held) + L" held keys at exit");
+        cli::OutLine(L"released " + std::to_wstring(held) + (held == 1 ? L" held key" : L" held keys") + L" at exit");
     }
-    return report.result == SKERR_NONE ? 0 : 1;
+    return report.result == SKERR_NONE ? cli::kDone : cli::kNotFound;
 }
 
 // --delay waits before typing (time to bring the target to the front), as for keys; --per-key paces it.
-int RunType(const cli::Args& arguments) {
-    cli::Args args = arguments;
-    int delay = 0;
-    int perKey = 0;
-    while (cli::TakeLeadingMilliseconds(args, L"--delay", delay) ||
-           cli::TakeLeadingMilliseconds(args, L"--per-key", perKey)) {
-    }
+int RunType(const cli::Call& call) {
+    const cli::Args& args = call.args;
+    const int delay = call.Number(L"--delay", 0, 0, kMaximumDelayMs);
+    const int perKey = call.Number(L"--per-key", 0, 0, kMaximumPerKeyMs);
     cli::RequireCount(args, 1, 1);
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
     SKERR sent = SendTextPaced(args[0].c_str(), static_cast<DWORD>(perKey));
     cli::OutLine(ResultLine(sent));
-    return sent == SKERR_NONE ? 0 : 1;
+    return sent == SKERR_NONE ? cli::kDone : cli::kNotFound;
 }
 
-int RunEscape(const cli::Args& args) {
-    cli::RequireCount(args, 1, 1);
-    CString text(args[0].c_str());
+int RunEscape(const cli::Call& call) {
+    cli::RequireCount(call.args, 1, 1);
+    CString text(call.args[0].c_str());
     SendKeysRemoveSpecialChars(text);
     cli::OutLine(text.str());
-    return 0;
+    return cli::kDone;
 }
 
-int RunReleaseAll(const cli::Args& args) {
-    cli::RequireCount(args, 0, 0);
+int RunReleaseAll(const cli::Call& call) {
+    cli::RequireCount(call.args, 0, 0);
     // The hold list belongs to this process: a new tavutil holds nothing, so this shows the call only.
     int held = tav::keys::TheHoldList().Count();
     SendKeys_ReleaseAll();
-    cli::OutLine(L"released " + std::to_wstring(held) + L" held keys");
-    return 0;
+    cli::OutLine(L"released the keys held by this process: " + (held == 0 ? L"none" : std::to_wstring(held)) +
+                 L" (keys held by another program's scripts are released only by that program)");
+    return cli::kDone;
 }
 
 // The screen's pixels as PNG rows: each row a filter byte (none) and then red, green, blue per pixel.
@@ -176,32 +174,60 @@ std::vector<uint8_t> CaptureScreenRows(int width, int height) {
     return rows;
 }
 
-int RunScreenshot(const cli::Args& args) {
+int RunScreenshot(const cli::Call& call) {
+    const cli::Args& args = call.args;
     cli::RequireCount(args, 1, 1);
     int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
     std::vector<uint8_t> rows = width > 0 && height > 0 ? CaptureScreenRows(width, height) : std::vector<uint8_t>();
-    if (rows.empty()) {
-        cli::Err(L"tavutil: the screen could not be read\n");
-        return 1;
-    }
+    if (rows.empty())
+        return cli::Fail(L"the screen could not be read");
     std::vector<uint8_t> png = cli::EncodePng(width, height, rows);
-    std::ofstream file(args[0].c_str(), std::ios::binary);
-    file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
-    if (!file)
-        throw cli::UsageError("cannot write " + cli::Narrow(args[0]));
+    // A file that cannot be made (a missing folder, no right to write) is refused by the system: status 1.
+    tav::UniqueFile file(
+        CreateFileW(args[0].c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
+        const DWORD error = GetLastError();
+        return cli::Fail(L"cannot write " + args[0] + L": " +
+                         cli::ResultText(TAV_RESULT_WIN32, static_cast<int32_t>(error)) + L" (Windows error " +
+                         std::to_wstring(error) + L")");
+    }
+    DWORD written = 0;
+    if (!WriteFile(file.get(), png.data(), static_cast<DWORD>(png.size()), &written, nullptr) ||
+        written != png.size()) {
+        const DWORD error = GetLastError();
+        return cli::Fail(L"cannot write " + args[0] + L": " +
+                         cli::ResultText(TAV_RESULT_WIN32, static_cast<int32_t>(error)));
+    }
     cli::OutLine(L"saved " + std::to_wstring(width) + L"x" + std::to_wstring(height) + L" screenshot to " + args[0]);
-    return 0;
+    return cli::kDone;
 }
 
-cli::VerbRegistration keys{{L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] SCRIPT",
-                            L"type a keystroke script into the focused window (--dry-run: show its key queue)",
-                            &RunKeys}};
-cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
-                            L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType}};
-cli::VerbRegistration escape{
-    {L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally", &RunEscape}};
+cli::VerbRegistration keys{
+    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] [--] SCRIPT",
+     L"type a keystroke script into the focused window (--dry-run: show its key queue)", &RunKeys,
+     L"--delay=MS --per-key=MS --show --dry-run",
+     L"--delay waits MS milliseconds first (time to bring the target to the front), --per-key pauses\n"
+     L"between keys, --show prints what the focused control shows afterwards, --dry-run only parses the\n"
+     L"script and types nothing. A script that starts with \"-\" follows \"--\".\n\nexamples:\n"
+     L"  tavutil keys --delay 2000 \"Dear Sir,~\"\n  tavutil keys --dry-run \"+(hi) there~{TAB 2}\"\n"
+     L"  tavutil keys -- \"-- signature --\"",
+     L"the script is not valid, or not every key could be sent"}};
+cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] [--] TEXT",
+                            L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType,
+                            L"--delay=MS --per-key=MS",
+                            L"Every character is typed as it is: braces, +, ^, % and ~ have no meaning here.\n\n"
+                            L"examples:\n  tavutil type --delay 2000 \"50% off {today}\"\n  tavutil type -- -x",
+                            L"not every key could be sent"}};
+cli::VerbRegistration escape{{L"escape", L"escape [--] TEXT",
+                              L"TEXT escaped so that a keystroke script types it literally", &RunEscape, L"",
+                              L"examples:\n  tavutil escape \"50% (a+b) {x}\"", L"(not used by this verb)"}};
 cli::VerbRegistration releaseAll{
-    {L"release-all", L"release-all", L"release the keys a held script left pressed", &RunReleaseAll}};
-cli::VerbRegistration screenshot{{L"screenshot", L"screenshot FILE.png", L"save the screen as a PNG", &RunScreenshot}};
+    {L"release-all", L"release-all", L"release the keys held by this process (from a shell: none)", &RunReleaseAll, L"",
+     L"Keys that a script holds belong to the process that sent it, and are released there; a new tavutil\n"
+     L"holds none, so from a shell this only shows the call.\n\nexamples:\n  tavutil release-all",
+     L"(not used by this verb)"}};
+cli::VerbRegistration screenshot{{L"screenshot", L"screenshot FILE.png", L"save the screen as a PNG", &RunScreenshot,
+                                  L"", L"examples:\n  tavutil screenshot 'C:\\users\\Public\\screen.png'",
+                                  L"the screen could not be read or the file not written"}};
 
 }  // namespace
