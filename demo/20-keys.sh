@@ -5,9 +5,9 @@ say "A script parsed without sending anything: the keys it will press"
 tav keys --dry-run "+(hi) there~{TAB 2}x"
 tav keys --dry-run "{ENTER 0}"
 say "Typing a script into Wine's notepad, then what notepad shows"
-"$session" run "$build" notepad.exe >/dev/null 2>&1 &
+win notepad.exe &
 notepad_pid=$!
 tav keys --delay 2000 --show "+hello from +tav+util!~{- 3}~+(shift group) {x 3}{BS}{TAB}done"
 tav screenshot "$build/demo-keys.png"
-"$session" run "$build" taskkill.exe /f /im notepad.exe >/dev/null 2>&1
+win taskkill.exe /f /im notepad.exe
 wait "$notepad_pid" 2>/dev/null

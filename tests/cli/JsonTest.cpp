@@ -79,11 +79,12 @@ TEST(CliJson, RegistryReadAndList) {
     ASSERT_EQ(Tavutil({L"reg", L"write", key + L"\\Sub", L"Greeting", L"Gr\u00fc\u00dfe"}).status, 0u);
     json read = JsonOf({L"reg", L"read", L"--json", key + L"\\Sub", L"Greeting"});
     EXPECT_EQ(read.value("type", ""), "REG_SZ");
-    EXPECT_EQ(read.value("data", ""), "Gr\xc3\xbc\xc3\x9f" "e");
+    EXPECT_EQ(read.value("data", ""), "Gr\xc3\xbc\xc3\x9f"
+                                      "e");
     json list = JsonOf({L"reg", L"list", L"--json", key});
     EXPECT_EQ(list["subkeys"], json::array({"Sub"})) << list.dump();
-    json dword = JsonOf({L"reg", L"read", L"--json", L"HKLM\\System\\CurrentControlSet\\Control\\Windows",
-                         L"CSDVersion"});
+    json dword =
+        JsonOf({L"reg", L"read", L"--json", L"HKLM\\System\\CurrentControlSet\\Control\\Windows", L"CSDVersion"});
     EXPECT_EQ(dword.value("type", ""), "REG_DWORD") << dword.dump();
     EXPECT_TRUE(dword["bytes"].is_array()) << dword.dump();
     RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\TavUtil cli json");

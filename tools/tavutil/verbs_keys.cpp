@@ -90,7 +90,9 @@ int RunKeys(const cli::Call& call) {
     const std::wstring& script = args[0];
     if (call.Has(L"--dry-run")) {
         SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
-        cli::OutLine(L"key queue (" + Entries(tav::keys::TheKeyQueue().Count()) + L"): " + DescribeQueue());
+        const int count = tav::keys::TheKeyQueue().Count();
+        cli::OutLine(count == 0 ? std::wstring(L"key queue: empty")
+                                : L"key queue (" + Entries(count) + L"): " + DescribeQueue());
         cli::OutLine(ResultLine(parsed));
         return parsed == SKERR_NONE ? cli::kDone : cli::kNotFound;
     }
