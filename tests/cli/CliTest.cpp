@@ -83,7 +83,12 @@ TEST(Cli, AnUnknownVerbOrOptionIsOneLineWithTheClosestSpellingAndAPointerToHelp)
         {{L"help", L"kesy"}, "tavutil: unknown verb 'kesy' (did you mean 'keys'?); see 'tavutil --help'\n"},
         {{L"keys", L"--dryrun", L"x"},
          "tavutil keys: unknown option '--dryrun' (did you mean '--dry-run'?); see 'tavutil keys --help'\n"},
-        {{L"cut", L"--width", L"5", L"x"}, "tavutil cut: unknown option '--width'; see 'tavutil cut --help'\n"},
+        {{L"cut", L"--width", L"5", L"x"},
+         "tavutil cut: unknown option '--width'; an argument that starts with '-' goes after '--'; see "
+         "'tavutil cut --help'\n"},
+        {{L"keys", L"-x"},
+         "tavutil keys: unknown option '-x'; an argument that starts with '-' goes after '--'; see 'tavutil keys "
+         "--help'\n"},
         {{L"os", L"--jsn"}, "tavutil os: unknown option '--jsn' (did you mean '--json'?); see 'tavutil os --help'\n"},
     };
     for (const Row& row : rows) {

@@ -52,11 +52,13 @@ std::vector<std::wstring> VerbNames() {
 
 // One line: what was wrong, the closest good spelling, and where to read more. Exit status 2.
 int ReportUnknown(const std::wstring& what, const std::wstring& given, const std::vector<std::wstring>& candidates,
-                  const std::wstring& helpCommand) {
+                  const std::wstring& helpCommand, bool ofVerb = false) {
     std::wstring line = what + L" '" + given + L"'";
     std::wstring closest = cli::Closest(given, candidates);
     if (!closest.empty())
         line += L" (did you mean '" + closest + L"'?)";
+    else if (ofVerb)  // perhaps a text that starts with a dash
+        line += L"; an argument that starts with '-' goes after '--'";
     cli::Diagnose(line + L"; see '" + helpCommand + L"'");
     return cli::kWrongUsage;
 }
@@ -126,7 +128,8 @@ int ParseCall(const cli::Verb& verb, const cli::Args& args, cli::Call& call) {
             std::vector<std::wstring> names{L"--help"};
             for (const OptionSpec& candidate : specs)
                 names.push_back(candidate.name);
-            return ReportUnknown(L"unknown option", name, names, std::wstring(L"tavutil ") + verb.name + L" --help");
+            return ReportUnknown(L"unknown option", name, names, std::wstring(L"tavutil ") + verb.name + L" --help",
+                                 true);
         }
         if (spec->value.empty()) {
             if (equals != std::wstring::npos)
@@ -161,6 +164,13 @@ int RunVerb(const cli::Verb& verb, const cli::Args& args) {
         return WrongUsage(e.what(), verb);
     } catch (const std::bad_alloc&) {
         return cli::Fail(L"there was not enough memory to finish");
+    } catch (const CMemoryException&) {
+        return cli::Fail(L"there was not enough memory to finish");
+    } catch (const COleException& e) {
+        wchar_t code[16];
+        swprintf(code, 16, L"0x%08lX", static_cast<unsigned long>(e.m_sc));
+        return cli::Fail(L"an automation call failed: " + cli::ResultText(TAV_RESULT_HRESULT, e.m_sc) + L" (" + code +
+                         L")");
     } catch (...) {
         return cli::Fail(L"the command stopped on an unexpected error inside the library");
     }
