@@ -16,7 +16,7 @@ namespace {
 const wchar_t* const kExitCodes = L"exit status:\n  0  done or found\n  1  %s\n  2  wrong usage\n";
 
 std::wstring VerbList() {
-    std::wstring text = L"usage: tavutil VERB [OPTIONS] [--] [ARGS...]\n"
+    std::wstring text = L"usage: tavutil VERB [OPTIONS] [ARGS...]\n"
                         L"       tavutil VERB --help   (or tavutil help VERB): one verb's usage and examples\n"
                         L"       tavutil --version\n\nverbs:\n";
     // Usage and summary side by side; a usage too long for its column gets the summary on the next line.

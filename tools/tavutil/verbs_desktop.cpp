@@ -121,8 +121,8 @@ int RunPickFolder(const cli::Call& call) {
     return Chosen(chosen, folder);
 }
 
-cli::VerbRegistration clip{{L"clip", L"clip get | clip set [--] TEXT", L"read or write the clipboard's text", &RunClip,
-                            L"", L"examples:\n  tavutil clip set \"Hello\"\n  tavutil clip get",
+cli::VerbRegistration clip{{L"clip", L"clip get | clip set TEXT", L"read or write the clipboard's text", &RunClip, L"",
+                            L"examples:\n  tavutil clip set \"Hello\"\n  tavutil clip get",
                             L"the clipboard could not be opened or written"}};
 cli::VerbRegistration sound{{L"sound", L"sound [--loop|--sync] EVENT",
                              L"play the sound the scheme assigns to EVENT of tavutil", &RunSound, L"--loop --sync",

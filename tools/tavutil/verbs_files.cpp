@@ -116,8 +116,8 @@ int RunVercmp(const cli::Call& call) {
     return cli::kDone;
 }
 
-cli::VerbRegistration path{{L"path", L"path [--json] [--] PATH",
-                            L"PATH split into drive, directory, file and extension", &RunPath, L"--json",
+cli::VerbRegistration path{{L"path", L"path [--json] PATH", L"PATH split into drive, directory, file and extension",
+                            &RunPath, L"--json",
                             L"examples:\n  tavutil path 'C:\\windows\\system32\\kernel32.dll'\n"
                             L"  tavutil path --json 'C:\\windows\\notepad.exe'",
                             L"(not used by this verb)"}};

@@ -205,7 +205,7 @@ int RunScreenshot(const cli::Call& call) {
 }
 
 cli::VerbRegistration keys{
-    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] [--] SCRIPT",
+    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] SCRIPT",
      L"type a keystroke script into the focused window (--dry-run: show its key queue)", &RunKeys,
      L"--delay=MS --per-key=MS --show --dry-run",
      L"--delay waits MS milliseconds first (time to bring the target to the front), --per-key pauses\n"
@@ -214,15 +214,15 @@ cli::VerbRegistration keys{
      L"  tavutil keys --delay 2000 \"Dear Sir,~\"\n  tavutil keys --dry-run \"+(hi) there~{TAB 2}\"\n"
      L"  tavutil keys -- \"-- signature --\"",
      L"the script is not valid, or not every key could be sent"}};
-cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] [--] TEXT",
+cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
                             L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType,
                             L"--delay=MS --per-key=MS",
                             L"Every character is typed as it is: braces, +, ^, % and ~ have no meaning here.\n\n"
                             L"examples:\n  tavutil type --delay 2000 \"50% off {today}\"\n  tavutil type -- -x",
                             L"not every key could be sent"}};
-cli::VerbRegistration escape{{L"escape", L"escape [--] TEXT",
-                              L"TEXT escaped so that a keystroke script types it literally", &RunEscape, L"",
-                              L"examples:\n  tavutil escape \"50% (a+b) {x}\"", L"(not used by this verb)"}};
+cli::VerbRegistration escape{{L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally",
+                              &RunEscape, L"", L"examples:\n  tavutil escape \"50% (a+b) {x}\"",
+                              L"(not used by this verb)"}};
 cli::VerbRegistration releaseAll{
     {L"release-all", L"release-all", L"release the keys held by this process (from a shell: none)", &RunReleaseAll, L"",
      L"Keys that a script holds belong to the process that sent it, and are released there; a new tavutil\n"

@@ -107,7 +107,7 @@ int RunInstallDate(const cli::Call& call) {
     return cli::kDone;
 }
 
-cli::VerbRegistration run{{L"run", L"run [--wait] [--show N] [--] CMDLINE",
+cli::VerbRegistration run{{L"run", L"run [--wait] [--show N] CMDLINE",
                            L"start a command line as a button would (shell, or --wait for its window)", &RunRun,
                            L"--wait --show=N",
                            L"The line is split as split does, then started. --show is a ShowWindow command\n"
@@ -115,7 +115,7 @@ cli::VerbRegistration run{{L"run", L"run [--wait] [--show N] [--] CMDLINE",
                            L"examples:\n  tavutil run notepad.exe\n  tavutil run --wait '%WINDIR%\\notepad.exe a.txt'",
                            L"the program could not be started"}};
 cli::VerbRegistration split{
-    {L"split", L"split [--json] [--] CMDLINE", L"the program and arguments of a command line", &RunSplit, L"--json",
+    {L"split", L"split [--json] CMDLINE", L"the program and arguments of a command line", &RunSplit, L"--json",
      L"The program is the shortest part before a blank that names an existing file; the\n"
      L"arguments keep their leading blank.\n\nexamples:\n"
      L"  tavutil split '%WINDIR%\\notepad.exe readme.txt'\n  tavutil split --json 'notepad a b'",
