@@ -37,9 +37,10 @@ TEST(Cli, VersionPrintsTheProjectVersion) {
 }
 
 TEST(Cli, HelpListsTheVerbsAndTheExitCodesOnStandardOutput) {
-    for (const wchar_t* help : {L"--help", L"-h", L"help"}) {
-        auto result = Tavutil({help});
-        EXPECT_EQ(result.status, 0u) << Describe({help}, result);
+    const std::vector<std::wstring> forms[] = {{L"--help"}, {L"-h"}, {L"help"}, {L"help", L"--help"}};
+    for (const std::vector<std::wstring>& help : forms) {
+        auto result = Tavutil(help);
+        EXPECT_EQ(result.status, 0u) << Describe(help, result);
         EXPECT_EQ(result.err, "");
         EXPECT_NE(result.out.find("\n  os [--json]"), std::string::npos) << result.out;
         EXPECT_NE(result.out.find("\n  cut WIDTH TEXT"), std::string::npos) << result.out;

@@ -194,7 +194,8 @@ int main() {
         return cli::kWrongUsage;
     }
     const std::wstring& first = args.front();
-    if (first == L"--help" || first == L"-h" || (first == L"help" && args.size() == 1)) {
+    const bool helpOfHelp = args.size() == 2 && (args[1] == L"--help" || args[1] == L"-h" || args[1] == L"help");
+    if (first == L"--help" || first == L"-h" || (first == L"help" && (args.size() == 1 || helpOfHelp))) {
         cli::Out(VerbList());
         return cli::kDone;
     }
