@@ -22,7 +22,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             clang-format:clang-format ccache:ccache doxygen:doxygen \
             nlohmann-json3-dev:/usr/include/nlohmann/json.hpp
 
-.PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz format \
+.PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
         format-check docs dist export-baseline
 
 all: build
@@ -82,6 +82,16 @@ FUZZ_JOBS ?= $(JOBS)
 FUZZ_FILTER ?= Fuzz.*
 fuzz: hardened-build
 	bash cmake/fuzz-long.sh $(HARDENED_BUILD) $(FUZZ_JOBS) '$(FUZZ_FILTER)'
+
+# The same pass in ranges that resume across sessions (cmake/fuzz-ranges.sh): the next ranges of FUZZ_DRIVERS
+# that tests/fuzz/long-pass-ledger.txt does not hold yet, one driver at a time, for FUZZ_MINUTES; each finished
+# range is a line of the ledger, to be committed.
+FUZZ_MINUTES ?= 60
+FUZZ_DRIVERS ?= Automation CapiAutomation RunningObjects CapiRunningObjects Windows CapiWindows ProcessNames \
+                CapiProcessNames Processes CapiProcesses Clipboard CapiClipboard SendText CapiSendText Messengers \
+                CapiMessengers FilePicker CapiFilePicker Sounds CapiSounds
+fuzz-ranges: hardened-build
+	bash cmake/fuzz-ranges.sh $(HARDENED_BUILD) tests/fuzz/long-pass-ledger.txt $(FUZZ_MINUTES) $(FUZZ_DRIVERS)
 
 # The demonstration needs only the DLL and the command-line tool.
 demo: configure

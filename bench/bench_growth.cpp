@@ -63,6 +63,13 @@ int main() {
         "parse time, 10x the script", [&] { sink = sink + tav::keys::ParseKeyScript(script10.c_str()); },
         [&] { sink = sink + tav::keys::ParseKeyScript(script.c_str()); }, Growth(5));
 
+    // The script check on the same scripts: the parse on a state of its own, the look for command words
+    // and the description of what the keys do.
+    bench::Compare(
+        "script check time, 10x the script",
+        [&] { sink = sink + tav::keys::CheckKeyScript(script10.c_str()).message.size(); },
+        [&] { sink = sink + tav::keys::CheckKeyScript(script.c_str()).message.size(); }, Growth(5));
+
     // The command-word scan: scripts of 1,000 and 10,000 command words, each carried out (a command posted
     // to the benchmark's own window), nothing typed.
     HWND window = MakeForegroundWindow();

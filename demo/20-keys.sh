@@ -3,7 +3,9 @@ say "Text escaped so that a keystroke script types it literally"
 tav escape "50% (a+b) {x}"
 say "A script parsed without sending anything: the keys it will press"
 tav keys --dry-run "+(hi) there~{TAB 2}x"
-tav keys --dry-run "{ENTER 0}"
+say "A script checked before it is sent: what is wrong and where, or what it will do"
+tav keys --check "abc{ENTR}"
+tav keys --check "+(hi) there~{TAB 2}x"
 say "Typing a script into Wine's notepad, then what notepad shows"
 win notepad.exe &
 notepad_pid=$!

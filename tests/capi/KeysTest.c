@@ -37,8 +37,59 @@ static void check_parse(const wchar_t* script) {
     }
 }
 
+/* The check: result, offset and message, through the whole text-out protocol, and as the C++ call says. */
+static void check_script(const wchar_t* script, int result, int offset, const wchar_t* message) {
+    int32_t at = 12345;
+    int32_t ref_at = 0;
+    const wchar_t* ref_message = NULL;
+    wchar_t text[256];
+    size_t need = 0;
+    CHECK_TEXT(result, message, tav_keys_check, script, &at);
+    EXPECT_INT(offset, at);
+    EXPECT_INT(ref_keys_check(script, &ref_at, &ref_message), tav_keys_check(script, NULL, text, 256, &need));
+    EXPECT_INT(ref_at, offset);
+    EXPECT_TEXT(ref_message, text);
+    EXPECT_INT(wcslen(message) + 1, need);
+}
+
+static void test_keys_check(void) {
+    static const struct {
+        const wchar_t* script;
+        int result;
+        int offset;
+        const wchar_t* message;
+    } rows[] = {
+        {L"abc{ENTR}", TAV_SKERR_INVALID_KEY, 3, L"unknown key name 'ENTR'"},
+        {L"abc{ENTER", TAV_SKERR_MISSING_CLOSE_BRACE, 3, L"a { at 3 has no closing }"},
+        {L"{ENTER x}", TAV_SKERR_INVALID_COUNT, 0, L"the count 'x' in {ENTER x} is not a number above 0"},
+        {L"(ab", TAV_SKERR_MISSING_CLOSE_PAREN, 0, L"the group ( at 0 is not closed"},
+        {L"{a 9999}", TAV_SKERR_STRING_TOO_LONG, 0, L"the script would need more than 6144 key entries"},
+        {L"xy{INS}", TAV_SKERR_INVALID_KEY, 2, L"unknown key name 'INS' (the Insert key is {INSERT})"},
+        {L"+(ab{SPACE})", TAV_SKERR_INVALID_KEY, 4, L"unknown key name 'SPACE' (a space is typed as a blank)"},
+        {L"Hello, World!{ENTER}", TAV_SKERR_NONE, -1, L"types 14 keys"},
+        {L"[^a]", TAV_SKERR_NONE, -1, L"holds 2 keys until released"},
+        {L"{PostCommand 1f4}", TAV_SKERR_NONE, -1, L"carries out 1 window command and types nothing else"},
+        {L"", TAV_SKERR_NONE, -1, L"types nothing"},
+        {L"^x", TAV_SKERR_NONE, -1, L"presses Control+X"},
+    };
+    size_t i;
+    int32_t at = 7;
+    size_t need = 0;
+    wchar_t small[4];
+    for (i = 0; i < sizeof rows / sizeof rows[0]; ++i)
+        check_script(rows[i].script, rows[i].result, rows[i].offset, rows[i].message);
+    /* A message that does not fit: the copy's failure is the answer, the offset is still given. */
+    EXPECT_INT(TAV_E_BUFFER_TOO_SMALL, tav_keys_check(L"abc{ENTR}", &at, small, 4, &need));
+    EXPECT_INT(3, at);
+    EXPECT_INT(24, need);
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_check(NULL, NULL, NULL, 0, NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_check(L"a", NULL, NULL, 8, NULL));
+}
+
 void test_keys(HWND edit) {
     typed_text typed;
+
+    test_keys_check();
 
     check_parse(L"ab");
     check_parse(L"+(ab)~{TAB 3}");

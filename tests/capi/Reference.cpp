@@ -10,6 +10,7 @@
 #include "files/VerNum.h"
 #include "keys/KeyState.h"
 #include "keys/KeyStages.h"
+#include "keys/ScriptCheck.h"
 #include "keys/SendKeys.h"
 #include "launch/CommandLine.h"
 #include "launch/Messengers.h"
@@ -96,6 +97,15 @@ int ref_keys_parse(const wchar_t* script, const uint16_t** entries, size_t* coun
 }
 
 int ref_keys_run_result(const wchar_t* script) { return tav::keys::CarryOutKeyScript(script).result; }
+
+int ref_keys_check(const wchar_t* script, int32_t* offset, const wchar_t** message) {
+    static std::wstring text;
+    const tav::keys::ScriptCheck check = tav::keys::CheckKeyScript(script);
+    text = check.message;
+    *offset = static_cast<int32_t>(check.offset);
+    *message = text.c_str();
+    return check.result;
+}
 
 void* ref_focus_window(void* window) { return cWindowsHelper::GetFocusWindow(static_cast<HWND>(window)); }
 

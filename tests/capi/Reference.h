@@ -33,6 +33,8 @@ const wchar_t* ref_string_cut(const wchar_t* text, int width, size_t* units, int
 /* The key queue after ParseKeyScript: the result, the entries through `entries` and `count`. */
 int ref_keys_parse(const wchar_t* script, const uint16_t** entries, size_t* count);
 int ref_keys_run_result(const wchar_t* script);
+/* CheckKeyScript: its result, offset and message (valid until the next call). */
+int ref_keys_check(const wchar_t* script, int32_t* offset, const wchar_t** message);
 void* ref_focus_window(void* window);
 void* ref_child_by_class(void* parent, const wchar_t* class_name);
 const wchar_t* ref_handle_to_text(void* window);

@@ -28,6 +28,7 @@ void test_stray_text(void) {
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_run_paced(STRAY, 0));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_escape(STRAY, g_out, OUT_UNITS, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_parse(STRAY, NULL, OUT_UNITS, NULL));
+    EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_check(STRAY, NULL, g_out, OUT_UNITS, NULL));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_keys_lookup_name(STRAY));
     EXPECT_INT(TAV_E_NULL_ARGUMENT, tav_clipboard_set_text(STRAY));
     EXPECT_TRUE(tav_window_child_by_class(0, STRAY) == NULL); /* tav_hwnd */

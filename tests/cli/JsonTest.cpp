@@ -18,10 +18,10 @@ using clitest::Tavutil;
 using nlohmann::json;
 
 // Runs the verb and parses its standard output; a failed check when it is not exactly one JSON object.
-json JsonOf(const std::vector<std::wstring>& args) {
+json JsonOf(const std::vector<std::wstring>& args, DWORD status = 0) {
     auto result = Tavutil(args);
     const std::string what = Describe(args, result);
-    EXPECT_EQ(result.status, 0u) << what;
+    EXPECT_EQ(result.status, status) << what;
     EXPECT_EQ(result.err, "") << what;
     json parsed = json::parse(result.out, nullptr, false);
     EXPECT_FALSE(parsed.is_discarded()) << what;
@@ -88,6 +88,47 @@ TEST(CliJson, RegistryReadAndList) {
     EXPECT_EQ(dword.value("type", ""), "REG_DWORD") << dword.dump();
     EXPECT_TRUE(dword["bytes"].is_array()) << dword.dump();
     RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\TavUtil cli json");
+}
+
+// keys --check and keys --dry-run: the check's finding, and for a dry run the queue (empty when nothing
+// will be typed); status 1 for a script that is not valid, as without --json.
+TEST(CliJson, KeysCheckAndDryRun) {
+    json valid = JsonOf({L"keys", L"--check", L"--json", L"+(hi) there~"});
+    EXPECT_EQ(valid.value("valid", false), true) << valid.dump();
+    EXPECT_EQ(valid.value("result", -1), 0);
+    EXPECT_EQ(valid.value("offset", 0), -1);
+    EXPECT_FALSE(valid.value("message", "").empty()) << valid.dump();
+
+    json invalid = JsonOf({L"keys", L"--json", L"--check", L"abc{ENTR}"}, 1);
+    EXPECT_EQ(invalid.value("valid", true), false) << invalid.dump();
+    EXPECT_EQ(invalid.value("result", 0), 2);  // an unknown key name
+    EXPECT_EQ(invalid.value("offset", -1), 3);
+    EXPECT_NE(invalid.value("message", "").find("ENTR"), std::string::npos) << invalid.dump();
+    EXPECT_EQ(invalid.value("script", ""), "abc{ENTR}");
+
+    json queue = JsonOf({L"keys", L"--dry-run", L"--json", L"+(ab) {ENTER 2}"});
+    EXPECT_EQ(queue.value("types", false), true) << queue.dump();
+    EXPECT_EQ(queue["queue"], json::array({"Shift down", "A", "B", "Shift up", "SPACE", "ENTER", "ENTER"}))
+        << queue.dump();
+
+    json nothing = JsonOf({L"keys", L"--dry-run", L"--json", L"abc{ENTR}"}, 1);
+    EXPECT_EQ(nothing.value("types", true), false) << nothing.dump();
+    EXPECT_EQ(nothing["queue"], json::array()) << nothing.dump();
+    EXPECT_EQ(nothing.value("offset", -1), 3);
+
+    json commands = JsonOf({L"keys", L"--dry-run", L"--json", L"{PostCommand 1f4}"});
+    EXPECT_EQ(commands.value("command words", false), true) << commands.dump();
+    EXPECT_EQ(commands.value("types", true), false) << commands.dump();
+}
+
+TEST(CliJson, KeysJsonOnlyWithCheckOrDryRun) {
+    for (const std::vector<std::wstring>& args :
+         {std::vector<std::wstring>{L"keys", L"--json", L"abc"},
+          std::vector<std::wstring>{L"keys", L"--check", L"--dry-run", L"abc"}}) {
+        auto result = Tavutil(args);
+        EXPECT_EQ(result.status, 2u) << Describe(args, result);
+        EXPECT_EQ(result.out, "") << Describe(args, result);
+    }
 }
 
 }  // namespace

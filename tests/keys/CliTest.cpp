@@ -37,6 +37,48 @@ TEST(KeysCli, DryRunShowsTheQueueAndResult) {
     EXPECT_NE(std::string::npos, run.output.find(ResultLine(SKERR_INVALIDCOUNT))) << run.output;
 }
 
+// keys --check: the sentence, and for an error the script with a caret under the item; 1 for an invalid
+// script, 0 for a valid one.
+TEST(KeysCli, CheckSaysWhatIsWrongAndWhere) {
+    tavtest::ChildResult run = Tavutil(L"keys --check \"abc{ENTR}\"");
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_EQ("unknown key name 'ENTR'\nabc{ENTR}\n   ^\n", run.output);
+
+    run = Tavutil(L"keys --check \"x(a{INS}\"");
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_EQ("unknown key name 'INS' (the Insert key is {INSERT})\nx(a{INS}\n   ^\n", run.output);
+
+    run = Tavutil(L"keys --check \"Hello, World!{ENTER}\"");
+    EXPECT_EQ(0u, run.exitCode) << run.output;
+    EXPECT_EQ("types 14 keys\n", run.output);
+
+    run = Tavutil(L"keys --check \"x{TAB -1}\"");
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_EQ("the count -1 in {TAB -1} is not a number above 0: it repeats the key until the script would need "
+              "more than 6144 key entries\nx{TAB -1}\n ^\n",
+              run.output);
+}
+
+// The answer goes to standard output and nothing to standard error (cmd's redirections split them).
+TEST(KeysCli, CheckAnswersOnStandardOutput) {
+    tavtest::ChildResult run =
+        tavtest::RunProgram(L"cmd /c tavutil.exe keys --check abc{ENTR} 2>NUL", 60000, tavtest::BinDir());
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_EQ("unknown key name 'ENTR'\nabc{ENTR}\n   ^\n", run.output);
+    run = tavtest::RunProgram(L"cmd /c tavutil.exe keys --check abc{ENTR} 1>NUL", 60000, tavtest::BinDir());
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_EQ("", run.output);
+}
+
+// A dry run of a script that types nothing shows no queue: it says why, or which commands it carries out.
+TEST(KeysCli, DryRunOfABrokenScriptSaysNothingWillBeTyped) {
+    tavtest::ChildResult run = Tavutil(L"keys --dry-run \"abc{ENTR}\"");
+    EXPECT_EQ(1u, run.exitCode) << run.output;
+    EXPECT_EQ("nothing will be typed: unknown key name 'ENTR'\nabc{ENTR}\n   ^\n" + ResultLine(SKERR_INVALIDKEY) + "\n",
+              run.output);
+    EXPECT_EQ(std::string::npos, run.output.find("queue")) << run.output;
+}
+
 TEST(KeysCli, EscapeAndReleaseAll) {
     tavtest::ChildResult run = Tavutil(L"escape \"50% (a+b)\"");
     EXPECT_EQ(0u, run.exitCode);
@@ -84,6 +126,20 @@ TEST_F(KeysCliTyping, KeysVerbReportsCommandWordsAndMenuFailures) {
     EXPECT_EQ(1u, run.exitCode) << run.output;
     EXPECT_NE(std::string::npos, run.output.find(ResultLine(SKERR_INVALIDKEY))) << run.output;
     EXPECT_TRUE(recorder.KeysSoFar().empty()) << Describe(recorder.keys);
+}
+
+// Neither a check nor a dry run carries out a window command: both describe it.
+TEST_F(KeysCliTyping, CheckAndDryRunDescribeWindowCommands) {
+    using namespace keytest;
+    RecorderWindow recorder;
+    for (const wchar_t* command : {L"keys --check \"{PostCommand 1f4}\"", L"keys --dry-run \"{PostCommand 1f4}\""}) {
+        tavtest::ChildResult run = Tavutil(command);
+        EXPECT_EQ(0u, run.exitCode) << run.output;
+        EXPECT_EQ("carries out 1 window command and types nothing else\n", run.output);
+    }
+    EXPECT_TRUE(recorder.Settle());
+    EXPECT_TRUE(recorder.messages.empty()) << recorder.messages.size() << " window messages";
+    EXPECT_TRUE(recorder.keys.empty()) << Describe(recorder.keys);
 }
 
 TEST_F(KeysCliTyping, TypeVerbTypesTextLiterally) {

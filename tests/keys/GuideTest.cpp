@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -165,6 +166,42 @@ SKERR ErrorNamed(const std::wstring& cell) {
 
 const wchar_t kWindowCommand[] = L"none (window command)";
 
+// The rows of the table below the header line `header`, as cells, with their line numbers.
+std::vector<std::pair<int, std::vector<std::wstring>>> TableRows(const std::wstring& guide,
+                                                                 const std::wstring& header) {
+    std::vector<std::pair<int, std::vector<std::wstring>>> rows;
+    bool inTable = false;
+    int lineNumber = 0;
+    for (size_t start = 0; start < guide.size();) {
+        size_t end = guide.find(L'\n', start);
+        if (end == std::wstring::npos)
+            end = guide.size();
+        const std::wstring line = guide.substr(start, end - start);
+        start = end + 1;
+        ++lineNumber;
+        if (line == header) {
+            inTable = true;
+            continue;
+        }
+        if (line.empty() || line[0] != L'|') {
+            inTable = false;
+            continue;
+        }
+        std::vector<std::wstring> cells = Cells(line);
+        if (inTable && !cells.empty() && cells[0].rfind(L"---", 0) != 0)
+            rows.push_back({lineNumber, cells});
+    }
+    return rows;
+}
+
+// A cell that holds a script in backticks: true and the script.
+bool ScriptCell(const std::wstring& cell, std::wstring& script) {
+    if (cell.size() < 2 || cell.front() != L'`' || cell.back() != L'`')
+        return false;
+    script = cell.substr(1, cell.size() - 2);
+    return true;
+}
+
 class KeysGuide : public KeysTest {
 protected:
     void SetUp() override {
@@ -196,6 +233,42 @@ TEST_F(KeysGuide, EveryExampleQueuesTheKeysTheGuideLists) {
         ++checked;
     }
     EXPECT_GE(checked, 50);
+}
+
+// "Check your script": every row's sentence is the one the check gives.
+TEST_F(KeysGuide, CheckYourScriptShowsWhatTheCheckSays) {
+    int checked = 0;
+    for (const auto& row : TableRows(guide_, L"| Script | The check says |")) {
+        const std::string where = "guide line " + std::to_string(row.first);
+        ASSERT_EQ(2u, row.second.size()) << where;
+        std::wstring script;
+        ASSERT_TRUE(ScriptCell(row.second[0], script)) << where << ": the script is not in backticks";
+        EXPECT_EQ(tavtest::Narrow(row.second[1]), tavtest::Narrow(tav::keys::CheckKeyScript(script.c_str()).message))
+            << where;
+        ++checked;
+    }
+    EXPECT_GE(checked, 10);
+}
+
+// "Coming from other tools": the check's sentence for the other spelling, and the spelling of this
+// language (where the row gives one) is valid.
+TEST_F(KeysGuide, ComingFromOtherToolsShowsWhatTheCheckSays) {
+    int checked = 0;
+    for (const auto& row : TableRows(guide_, L"| Other tools | Here | The check says about the other spelling |")) {
+        const std::string where = "guide line " + std::to_string(row.first);
+        ASSERT_EQ(3u, row.second.size()) << where;
+        std::wstring other, here;
+        ASSERT_TRUE(ScriptCell(row.second[0], other)) << where << ": the script is not in backticks";
+        EXPECT_EQ(tavtest::Narrow(row.second[2]), tavtest::Narrow(tav::keys::CheckKeyScript(other.c_str()).message))
+            << where;
+        if (ScriptCell(row.second[1], here)) {
+            const tav::keys::ScriptCheck check = tav::keys::CheckKeyScript(here.c_str());
+            EXPECT_EQ(SKERR_NONE, check.result) << where;
+            EXPECT_EQ(std::wstring::npos, check.message.find(L';')) << where << ": " << tavtest::Narrow(check.message);
+        }
+        ++checked;
+    }
+    EXPECT_GE(checked, 8);
 }
 
 // Window commands are carried out before anything is parsed: each example reaches a window with a menu

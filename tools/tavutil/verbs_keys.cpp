@@ -1,6 +1,7 @@
 // Verbs of keystroke synthesis: send a script (or only parse it and show its key queue), escape literal
 // text, release held keys, and a screenshot of the screen to show what a script typed.
 #include "Cli.h"
+#include "Json.h"
 #include "Png.h"
 
 #include <TavUtil.h>
@@ -37,12 +38,12 @@ std::wstring KeyName(WORD code) {
 }
 
 // The queue as the player will press it: a modifier's first occurrence presses it, the next releases it.
-std::wstring DescribeQueue() {
+std::vector<std::wstring> QueueItems() {
     const tav::keys::KeyQueue& queue = tav::keys::TheKeyQueue();
     bool down[4] = {false, false, false, false};
     const WORD modifiers[4] = {VK_SHIFT, VK_CONTROL, VK_MENU, VK_LWIN};
     const wchar_t* modifierNames[4] = {L"Shift", L"Control", L"Alt", L"Windows"};
-    std::wstring text;
+    std::vector<std::wstring> items;
     for (int i = 0; i < queue.Count(); ++i) {
         WORD code = queue.At(i);
         std::wstring item;
@@ -57,9 +58,22 @@ std::wstring DescribeQueue() {
             }
         if (item.empty())
             item = KeyName(code);
-        text += (text.empty() ? L"" : L", ") + item;
+        items.push_back(item);
     }
-    return text;
+    return items;
+}
+
+// The script on one line with a caret under the item at `offset` (UTF-16 units): control characters show
+// as blanks and a surrogate pair takes one column, so that the caret stands under its item.
+std::wstring ScriptWithCaret(const std::wstring& script, ptrdiff_t offset) {
+    std::wstring line, caret;
+    for (size_t i = 0; i < script.size(); ++i) {
+        const bool secondHalf = i > 0 && IS_SURROGATE_PAIR(script[i - 1], script[i]);
+        line += script[i] < L' ' ? L' ' : script[i];
+        if (static_cast<ptrdiff_t>(i) < offset && !secondHalf)
+            caret += L' ';
+    }
+    return line + L"\n" + caret + L"^";
 }
 
 // The text of the control that has the focus in the foreground window.
@@ -80,22 +94,85 @@ std::wstring FocusedText() {
 const int kMaximumDelayMs = 600000;
 const int kMaximumPerKeyMs = 10000;
 
-std::wstring Entries(int count) { return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries"); }
+std::wstring Entries(size_t count) { return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries"); }
+
+// keys --check --json and keys --dry-run --json: what the check found, as members of `record`.
+void AddCheck(cli::Json& record, const std::wstring& script, const tav::keys::ScriptCheck& check) {
+    record["script"] = cli::Narrow(script);
+    record["valid"] = check.result == SKERR_NONE;
+    record["result"] = static_cast<int>(check.result);
+    record["result text"] = cli::Narrow(cli::ResultText(TAV_RESULT_SKERR, check.result));
+    record["offset"] = static_cast<long long>(check.offset);
+    record["message"] = cli::Narrow(check.message);
+    record["command words"] = check.commandWords;
+}
+
+// keys --check: the check's sentence, and for an error the script with a caret under the failed item.
+int PrintCheck(const std::wstring& script, bool json) {
+    const tav::keys::ScriptCheck check = tav::keys::CheckKeyScript(script.c_str());
+    if (json) {
+        cli::Json record;
+        AddCheck(record, script, check);
+        cli::OutJson(record);
+    } else {
+        cli::OutLine(check.message);
+        if (check.result != SKERR_NONE)
+            cli::OutLine(ScriptWithCaret(script, check.offset));
+    }
+    return check.result == SKERR_NONE ? cli::kDone : cli::kNotFound;
+}
+
+// keys --dry-run: the key queue the script gives. A script that will type nothing shows no queue: what it
+// does instead, or why nothing is typed.
+int PrintDryRun(const std::wstring& script, bool json) {
+    const tav::keys::ScriptCheck checked = tav::keys::CheckKeyScript(script.c_str());
+    std::vector<std::wstring> queue;
+    SKERR parsed = checked.result;
+    if (!checked.commandWords && checked.result == SKERR_NONE) {
+        parsed = tav::keys::ParseKeyScript(script.c_str());
+        queue = QueueItems();
+    }
+    if (json) {
+        cli::Json record;
+        AddCheck(record, script, checked);
+        record["types"] = !checked.commandWords && parsed == SKERR_NONE;
+        cli::Json items = cli::Json::array();
+        for (const std::wstring& item : queue)
+            items.push_back(cli::Narrow(item));
+        record["queue"] = items;
+        cli::OutJson(record);
+    } else if (checked.commandWords) {
+        cli::OutLine(checked.message);
+    } else if (checked.result != SKERR_NONE) {
+        cli::OutLine(L"nothing will be typed: " + checked.message);
+        cli::OutLine(ScriptWithCaret(script, checked.offset));
+        cli::OutLine(ResultLine(checked.result));
+    } else {
+        std::wstring items;
+        for (const std::wstring& item : queue)
+            items += (items.empty() ? L"" : L", ") + item;
+        cli::OutLine(queue.empty() ? std::wstring(L"key queue: empty")
+                                   : L"key queue (" + Entries(queue.size()) + L"): " + items);
+        cli::OutLine(ResultLine(parsed));
+    }
+    return parsed == SKERR_NONE ? cli::kDone : cli::kNotFound;
+}
 
 int RunKeys(const cli::Call& call) {
     const cli::Args& args = call.args;
     const int delay = call.Number(L"--delay", 0, 0, kMaximumDelayMs);
     const int perKey = call.Number(L"--per-key", 0, 0, kMaximumPerKeyMs);
+    const bool json = call.Has(L"--json");
     cli::RequireCount(args, 1, 1);
     const std::wstring& script = args[0];
-    if (call.Has(L"--dry-run")) {
-        SKERR parsed = tav::keys::ParseKeyScript(script.c_str());
-        const int count = tav::keys::TheKeyQueue().Count();
-        cli::OutLine(count == 0 ? std::wstring(L"key queue: empty")
-                                : L"key queue (" + Entries(count) + L"): " + DescribeQueue());
-        cli::OutLine(ResultLine(parsed));
-        return parsed == SKERR_NONE ? cli::kDone : cli::kNotFound;
-    }
+    if (call.Has(L"--check") && call.Has(L"--dry-run"))
+        throw cli::UsageError("--check and --dry-run exclude each other");
+    if (call.Has(L"--check"))
+        return PrintCheck(script, json);
+    if (call.Has(L"--dry-run"))
+        return PrintDryRun(script, json);
+    if (json)
+        throw cli::UsageError("--json is for --check and --dry-run");
     if (delay > 0)
         Sleep(static_cast<DWORD>(delay));
     // The library's own run, as SendKeys does it, with the report SendKeys keeps to itself.
@@ -205,14 +282,17 @@ int RunScreenshot(const cli::Call& call) {
 }
 
 cli::VerbRegistration keys{
-    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run] SCRIPT",
-     L"type a keystroke script into the focused window (--dry-run: show its key queue)", &RunKeys,
-     L"--delay=MS --per-key=MS --show --dry-run",
+    {L"keys", L"keys [--delay MS] [--per-key MS] [--show] [--dry-run|--check] [--json] SCRIPT",
+     L"type a keystroke script into the focused window (--dry-run: show its key queue; --check: say what is "
+     L"wrong with it, or what it does)",
+     &RunKeys, L"--delay=MS --per-key=MS --show --dry-run --check --json",
      L"--delay waits MS milliseconds first (time to bring the target to the front), --per-key pauses\n"
-     L"between keys, --show prints what the focused control shows afterwards, --dry-run only parses the\n"
-     L"script and types nothing. A script that starts with \"-\" follows \"--\".\n\nexamples:\n"
-     L"  tavutil keys --delay 2000 \"Dear Sir,~\"\n  tavutil keys --dry-run \"+(hi) there~{TAB 2}\"\n"
-     L"  tavutil keys -- \"-- signature --\"",
+     L"between keys, --show prints what the focused control shows afterwards. --dry-run only parses the\n"
+     L"script and shows its key queue; --check says what is wrong and where (a caret under it), or what the\n"
+     L"script will do; neither types anything, and --json gives their answer as a JSON object. A script\n"
+     L"that starts with \"-\" follows \"--\".\n\nexamples:\n"
+     L"  tavutil keys --delay 2000 \"Dear Sir,~\"\n  tavutil keys --check \"abc{ENTR}\"\n"
+     L"  tavutil keys --dry-run --json \"+(hi) there~{TAB 2}\"\n  tavutil keys -- \"-- signature --\"",
      L"the script is not valid, or not every key could be sent"}};
 cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] TEXT",
                             L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType,

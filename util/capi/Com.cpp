@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 static_assert(sizeof(tav_guid) == sizeof(GUID), "tav_guid is a GUID");
 

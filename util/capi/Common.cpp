@@ -10,7 +10,7 @@
 #include <cwchar>
 #include <string>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 namespace {
 

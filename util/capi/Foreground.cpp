@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "desktop/ForegroundAttentionGrabber.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_grabber_t {
     ForegroundAttentionGrabber grabber;

@@ -4,14 +4,16 @@
 #include "capi/detail/Boundary.h"
 #include "keys/KeyStages.h"
 #include "keys/KeyState.h"
+#include "keys/ScriptCheck.h"
 #include "keys/SendKeys.h"
 #include "keys/SendText.h"
 #include "platform/CString.h"
 
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 extern "C" {
 
@@ -86,6 +88,15 @@ int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity
         if (!copy.empty())
             std::memcpy(entries, copy.data(), copy.size() * sizeof(uint16_t));
         return static_cast<int32_t>(result);
+    });
+}
+
+int32_t tav_keys_check(const wchar_t* script, int32_t* offset, wchar_t* message, size_t capacity, size_t* needed) {
+    return OnArgs({script, Out(message, capacity)}, [&]() -> int32_t {
+        const tav::keys::ScriptCheck check = tav::keys::CheckKeyScript(script);
+        if (offset != nullptr)
+            *offset = static_cast<int32_t>(check.offset > INT32_MAX ? INT32_MAX : check.offset);
+        return WithText(static_cast<int32_t>(check.result), CopyText(check.message, message, capacity, needed));
     });
 }
 

@@ -8,7 +8,7 @@
 
 #include <windows.h>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 extern "C" {
 

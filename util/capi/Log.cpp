@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "system/OSInfo.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 extern "C" {
 

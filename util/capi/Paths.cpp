@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "files/FileName.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 namespace {
 

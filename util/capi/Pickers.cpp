@@ -7,7 +7,7 @@
 
 #include <string>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "registry/Registry.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_registry_t {
     CRegistry key;

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_settings_t {
     CRegistryClass settings;

@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "desktop/Wave.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_sound_t {
     cWave wave;

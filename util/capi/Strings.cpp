@@ -7,7 +7,7 @@
 
 #include <cwchar>
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 extern "C" {
 

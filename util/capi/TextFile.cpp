@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "files/TextFile.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_textfile_t {
     cTextFile file;

@@ -5,7 +5,7 @@
 #include "files/VerInfo.h"
 #include "files/VerNum.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_verinfo_t {
     CVerInfo info;

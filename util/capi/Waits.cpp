@@ -4,7 +4,7 @@
 #include "capi/detail/Boundary.h"
 #include "desktop/Wait.h"
 
-using namespace tav::capi;
+using namespace tav::capi::detail;
 
 struct tav_wait_t {
     CWait wait;

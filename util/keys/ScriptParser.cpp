@@ -5,6 +5,7 @@
 #include "keys/detail/KeysInternal.h"
 
 #include <cwchar>
+#include <array>
 #include <vector>
 
 namespace tav::keys {
@@ -44,18 +45,22 @@ bool IsBlank(wchar_t ch) { return ch == L' '; }
 // machine stack, so that a script of any nesting depth is parsed without running out of stack.
 struct Frame {
     enum Kind { Modifier, Group } kind;
-    WORD code;  // the modifier's key code
+    WORD code;          // the modifier's key code
+    const wchar_t* at;  // where the modifier or the '(' stands
 };
 
 class ScriptParser {
 public:
     explicit ScriptParser(detail::KeyState& state) : state_(state), cursor_(state.cursor) {}
 
-    // Parses one item at the cursor and advances past it.
+    // Parses one item at the cursor and advances past it. On an error, the state's `failedAt` is the item
+    // that failed: the innermost one, or the group that reached the end of the script.
     SKERR ParseItem() {
         std::vector<Frame> frames;
         int result = StartItem(frames);
         for (;;) {
+            if (result > 0 && state_.failedAt == nullptr)
+                state_.failedAt = itemAt_;
             if (result == kNeedItem) {
                 result = StartItem(frames);
                 continue;
@@ -68,6 +73,7 @@ public:
 
 private:
     int StartItem(std::vector<Frame>& frames) {
+        itemAt_ = cursor_;
         wchar_t ch = *cursor_++;
         switch (ch) {
         case L'\0':
@@ -80,13 +86,13 @@ private:
         case L'(':
             if (*cursor_ == L'\0')
                 return SKERR_MISSINGCLOSEPAREN;
-            frames.push_back({Frame::Group, 0});
+            frames.push_back({Frame::Group, 0, itemAt_});
             return NextInGroup(frames);
         case L'[': return Append(kBeginHold);
         case L']': return Append(kEndHold);
         case L'~': return Append(VK_RETURN);
         case L'{': return ParseBrace();
-        default: return AppendKey(static_cast<WORD>(VkKeyScanW(ch)), 1);
+        default: return AppendKey(KeyOfCharacter(ch), 1);
         }
     }
 
@@ -94,7 +100,7 @@ private:
     int StartModifier(std::vector<Frame>& frames, WORD code) {
         if (SKERR e = Append(code))
             return e;
-        frames.push_back({Frame::Modifier, code});
+        frames.push_back({Frame::Modifier, code, itemAt_});
         return kNeedItem;
     }
 
@@ -103,20 +109,27 @@ private:
         Frame frame = frames.back();
         if (frame.kind == Frame::Modifier) {
             frames.pop_back();
-            return itemResult != SKERR_NONE ? itemResult : Append(frame.code);
+            return itemResult != SKERR_NONE ? itemResult : FailAt(Append(frame.code), frame.at);
         }
         if (itemResult != SKERR_NONE) {
             frames.pop_back();
             if (*cursor_ == L'\0')
-                return SKERR_MISSINGCLOSEPAREN;
+                return FailAt(SKERR_MISSINGCLOSEPAREN, frame.at);
             ++cursor_;
             return itemResult;
         }
         if (*cursor_ == L'\0') {
             frames.pop_back();
-            return SKERR_MISSINGCLOSEPAREN;
+            return FailAt(SKERR_MISSINGCLOSEPAREN, frame.at);
         }
         return NextInGroup(frames);
+    }
+
+    // Records that the item at `at` failed with `result` (nothing for SKERR_NONE).
+    SKERR FailAt(SKERR result, const wchar_t* at) {
+        if (result != SKERR_NONE)
+            state_.failedAt = at;
+        return result;
     }
 
     // In a group: ')' closes it, anything else is its next item.
@@ -134,7 +147,7 @@ private:
         WORD key = 0;
         bool closingBrace = *cursor_ == L'}';
         if (closingBrace) {
-            key = static_cast<WORD>(VkKeyScanW(L'}'));
+            key = KeyOfCharacter(L'}');
             ++cursor_;
         }
         const wchar_t* delimiter = wcspbrk(cursor_, L" }");
@@ -158,7 +171,7 @@ private:
         return AppendKey(key, count);
     }
 
-    static WORD KeyOfName(const wchar_t* name, size_t length) {
+    WORD KeyOfName(const wchar_t* name, size_t length) {
         if (length > kMaxBraceName)
             return 0;
         wchar_t buffer[kMaxBraceName + 1];
@@ -167,8 +180,21 @@ private:
         if (WORD code = LookupKeyName(buffer))
             return code;
         if (length == 1)
-            return static_cast<WORD>(VkKeyScanW(buffer[0]));
+            return KeyOfCharacter(buffer[0]);
         return 0;
+    }
+
+    // The key and shift state that type `ch` on the current layout (VkKeyScanW). This thread's layout cannot change
+    // in the middle of a parse, so the answers for the first 128 characters are kept for the rest of it:
+    // asked for every character, the layout's answer costs more than the rest of the parse.
+    WORD KeyOfCharacter(wchar_t ch) {
+        if (ch >= asciiKeys_.size())
+            return static_cast<WORD>(VkKeyScanW(ch));
+        if (!asciiKnown_[ch]) {
+            asciiKeys_[ch] = static_cast<WORD>(VkKeyScanW(ch));
+            asciiKnown_[ch] = true;
+        }
+        return asciiKeys_[ch];
     }
 
     // A key as VkKeyScanW encodes it: the shift-state byte's Shift, Control and Alt around the key,
@@ -199,6 +225,9 @@ private:
 
     detail::KeyState& state_;
     const wchar_t*& cursor_;
+    const wchar_t* itemAt_ = nullptr;  // where the item started last begins
+    std::array<WORD, 128> asciiKeys_ = {};
+    std::array<bool, 128> asciiKnown_ = {};
 };
 
 }  // namespace
@@ -212,11 +241,12 @@ WORD LookupKeyName(const wchar_t* name) {
     return 0;
 }
 
-// The whole script is parsed before anything is played, so an error anywhere sends nothing.
-SKERR ParseKeyScript(const wchar_t* script) {
-    detail::KeyState& state = detail::State();
+namespace detail {
+
+SKERR ParseScript(KeyState& state, const wchar_t* script) {
     state.queue.Reset();
     state.cursor = script != nullptr ? script : L"";
+    state.failedAt = nullptr;
     ScriptParser parser(state);
     while (*state.cursor != L'\0') {
         state.itemStart = state.cursor;
@@ -225,5 +255,10 @@ SKERR ParseKeyScript(const wchar_t* script) {
     }
     return SKERR_NONE;
 }
+
+}  // namespace detail
+
+// The whole script is parsed before anything is played, so an error anywhere sends nothing.
+SKERR ParseKeyScript(const wchar_t* script) { return detail::ParseScript(detail::State(), script); }
 
 }  // namespace tav::keys

@@ -154,6 +154,31 @@ TAVUTIL_C_API int32_t tav_keys_escape(const wchar_t* text, wchar_t* buffer, size
 TAVUTIL_C_API int32_t tav_keys_parse(const wchar_t* script, uint16_t* entries, size_t capacity, size_t* needed);
 
 /**
+ * @brief Checks a script without sending anything (CheckKeyScript): whether it is valid, where it goes
+ * wrong, and what it will do, in one sentence in the words of the script writers' guide.
+ *
+ * Nothing is typed, no window command is carried out and no menu item chosen; the key queue, hold mode,
+ * the held keys and the in-progress marker stay as they are. The message has no final full stop: "unknown
+ * key name 'ENTR'", "a { at 3 has no closing }", "types 14 keys", "carries out 1 window command and types
+ * nothing else"; a hint follows for a spelling of another tool ("{INS}") and a note for a valid script that
+ * probably does something not meant ("{BREAK}" leaves Control down). The message is copied as the other
+ * text functions copy theirs: when it does not fit, nothing is written and #TAV_E_BUFFER_TOO_SMALL is
+ * returned instead of the script's result (`*offset` and `*needed` are still set); a null `message` with
+ * `capacity` 0 asks for the size.
+ * @param script The script.
+ * @param offset Receives the position of the item that failed, in UTF-16 units from the script's start,
+ * or -1 for a valid script (may be null).
+ * @param message Receives the message (may be null when `capacity` is 0).
+ * @param capacity The message buffer's size in `wchar_t` units.
+ * @param needed Receives the units the message needs, its terminator included (may be null).
+ * @return #TAV_SKERR_NONE for a script that will be carried out (keys, a clipboard shortcut or window
+ * commands), the parse error (#tav_skerr) that makes tav_send_keys() type nothing, or a negative
+ * #tav_c_error code.
+ */
+TAVUTIL_C_API int32_t tav_keys_check(const wchar_t* script, int32_t* offset, wchar_t* message, size_t capacity,
+                                     size_t* needed);
+
+/**
  * @brief The virtual-key code of a key name of the script language ("ENTER", "f5", ...; any case).
  * "QUEUESYNC" gives #TAV_KEYS_SYNC.
  * @param name The name.

@@ -6,7 +6,7 @@
 #include <new>
 #include <stdexcept>
 
-namespace tav::capi {
+namespace tav::capi::detail {
 
 namespace {
 
@@ -74,4 +74,4 @@ int32_t CurrentExceptionCode() noexcept {
     }
 }
 
-}  // namespace tav::capi
+}  // namespace tav::capi::detail

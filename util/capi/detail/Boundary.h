@@ -12,7 +12,7 @@
 #include <list>
 #include <string>
 
-namespace tav::capi {
+namespace tav::capi::detail {
 
 // A text pointer below 0x10000 that is not null is a stray number, never text: the C++ interface reads such
 // a pointer as the number of a string in the host's resources, which a C host never means. Every function
@@ -131,4 +131,4 @@ template <typename Query> int32_t QueriedText(Query query, wchar_t* buffer, size
     return WithText(found ? 1 : 0, CopyText(text, buffer, capacity, needed));
 }
 
-}  // namespace tav::capi
+}  // namespace tav::capi::detail

@@ -89,35 +89,54 @@ struct WordScanner {
     }
 };
 
-// Carries out the command word at `position`, if there is one there. `number` is the hexadecimal number
-// after the word; it keeps the value of an earlier position when none follows (as it always has).
-SKERR CarryOutWordAt(HWND window, const wchar_t* position, WordScanner& scanner, unsigned& number) {
+// Reads the command word at `position`, if there is one there (kind None otherwise). `number` is the
+// hexadecimal number after the word; it keeps the value of an earlier position when none follows (as it
+// always has).
+CommandWord ReadWordAt(const wchar_t* position, WordScanner& scanner, unsigned& number) {
     wchar_t word[kMaxWord + 1] = L"";
     const wchar_t* rest = scanner.Read(position, word, number).c_str();
-    if (Is(word, L"{PostCommand")) {
-        PostMessageW(window, WM_COMMAND, number, 0);
-        return SKERR_COMMANDDONE;
-    }
-    if (Is(word, L"{SendCommand")) {
-        SendMessageW(window, WM_COMMAND, number, 0);
-        return SKERR_COMMANDDONE;
-    }
-    if (Is(word, L"{SendMessage") || Is(word, L"{PostMessage")) {
+    CommandWord command;
+    command.at = position;
+    if (Is(word, L"{PostCommand") || Is(word, L"{SendCommand")) {
+        command.kind = Is(word, L"{PostCommand") ? CommandWord::PostCommand : CommandWord::SendCommand;
+        command.number = number;
+    } else if (Is(word, L"{SendMessage") || Is(word, L"{PostMessage")) {
         // Missing values are 0 (the message itself is the number read above).
-        unsigned message = number, wParam = 0, lParam = 0;
-        swscanf(rest, L"%x %x %x", &message, &wParam, &lParam);
-        if (Is(word, L"{SendMessage"))
-            SendMessageW(window, message, wParam, static_cast<LPARAM>(lParam));
-        else
-            PostMessageW(window, message, wParam, static_cast<LPARAM>(lParam));
-        return SKERR_COMMANDDONE;
+        command.kind = Is(word, L"{SendMessage") ? CommandWord::SendMessage : CommandWord::PostMessage;
+        command.number = number;
+        swscanf(rest, L"%x %x %x", &command.number, &command.wParam, &command.lParam);
+    } else if (Is(word, L"{Menu")) {
+        command.kind = CommandWord::Menu;
+        swscanf(rest, L"%d %d", &command.top, &command.item);  // missing indexes are 0
     }
-    if (Is(word, L"{Menu")) {
-        int top = 0, item = 0;  // missing indexes are 0
-        swscanf(rest, L"%d %d", &top, &item);
-        return ChooseMenuItem(window, top, item);
+    return command;
+}
+
+SKERR CarryOut(HWND window, const CommandWord& command) {
+    switch (command.kind) {
+    case CommandWord::PostCommand: PostMessageW(window, WM_COMMAND, command.number, 0); break;
+    case CommandWord::SendCommand: SendMessageW(window, WM_COMMAND, command.number, 0); break;
+    case CommandWord::SendMessage:
+        SendMessageW(window, command.number, command.wParam, static_cast<LPARAM>(command.lParam));
+        break;
+    case CommandWord::PostMessage:
+        PostMessageW(window, command.number, command.wParam, static_cast<LPARAM>(command.lParam));
+        break;
+    case CommandWord::Menu: return ChooseMenuItem(window, command.top, command.item);
+    case CommandWord::None: return SKERR_NONE;
     }
-    return SKERR_NONE;
+    return SKERR_COMMANDDONE;
+}
+
+// Calls `visit` with the word at the script's start and at every '{', so command words may stand anywhere,
+// until it returns false.
+template <typename Visit> void ForEachWordPosition(const wchar_t* script, Visit visit) {
+    unsigned number = 0;
+    WordScanner scanner;
+    for (const wchar_t* position = script; position != nullptr && *position != L'\0';
+         position = wcschr(position + 1, L'{'))
+        if (!visit(ReadWordAt(position, scanner, number)))
+            return;
 }
 
 }  // namespace
@@ -129,19 +148,28 @@ SKERR CarryOutCommandWords(const wchar_t* script) {
         Sleep(0);
         window = GetForegroundWindow();
     }
-    // Every word is tried at the script's start and at every '{', so command words may stand anywhere.
     SKERR result = SKERR_NONE;
-    unsigned number = 0;
-    WordScanner scanner;
-    for (const wchar_t* position = script; position != nullptr && *position != L'\0';
-         position = wcschr(position + 1, L'{')) {
-        SKERR done = CarryOutWordAt(window, position, scanner, number);
-        if (done == SKERR_MENUFAILED)
-            return done;
+    ForEachWordPosition(script, [&](const CommandWord& command) {
+        SKERR done = CarryOut(window, command);
+        if (done == SKERR_MENUFAILED) {
+            result = done;
+            return false;
+        }
         if (done == SKERR_COMMANDDONE)
             result = done;
-    }
+        return true;
+    });
     return result;
+}
+
+std::vector<CommandWord> FindCommandWords(const wchar_t* script) {
+    std::vector<CommandWord> found;
+    ForEachWordPosition(script, [&](const CommandWord& command) {
+        if (command.kind != CommandWord::None)
+            found.push_back(command);
+        return true;
+    });
+    return found;
 }
 
 }  // namespace tav::keys::detail

@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 namespace tav::keys::detail {
 
 // The player's state between two key events.
@@ -28,13 +30,30 @@ struct KeyState {
     PlayerState player;                  // the player only; reset per run except `hold`
     const wchar_t* cursor = nullptr;     // the parser's position in the script being parsed
     const wchar_t* itemStart = nullptr;  // where the top-level item being parsed begins (an error's place)
+    const wchar_t* failedAt = nullptr;   // with a parse error: the innermost item that failed
     ULONG_PTR inProgress = 0;            // set by hosts, cleared by a run, read by SendKeys
 };
 KeyState& State();
 
+// Parses `script` into `state`'s queue (the parser's cursor, item start and failed item included) and
+// sends nothing: ParseKeyScript on the process-wide state, and the script check on a state of its own.
+SKERR ParseScript(KeyState& state, const wchar_t* script);
+
 // Carries out the command words of `script` for the foreground window: SKERR_COMMANDDONE when one ran,
 // SKERR_MENUFAILED when a {Menu failed, SKERR_NONE when the script holds none.
 SKERR CarryOutCommandWords(const wchar_t* script);
+
+// A command word of a script as it will be carried out: the word, where it stands and its numbers.
+struct CommandWord {
+    enum Kind { None, PostCommand, SendCommand, SendMessage, PostMessage, Menu } kind = None;
+    const wchar_t* at = nullptr;  // the position the word was read at (a '{', or the script's start)
+    unsigned number = 0;          // the command id, or the message
+    unsigned wParam = 0, lParam = 0;
+    int top = 0, item = 0;  // {Menu top item}
+};
+// The command words that CarryOutCommandWords would carry out, in order, each where it would be read;
+// carries out nothing (a failing {Menu would stop the ones after it, which a look cannot know).
+std::vector<CommandWord> FindCommandWords(const wchar_t* script);
 
 // Spaces the key events of one call: waits `delayMs` before every event but the first, so that a target
 // that drops keys arriving back to back sees them one by one. A delay of 0 never waits and never yields:
