@@ -69,20 +69,20 @@ int WrongUsage(const std::string& message, const cli::Verb& verb) {
     return cli::kWrongUsage;
 }
 
-struct OptionSpec {
+struct DeclaredOption {
     std::wstring name;
     std::wstring value;  // empty for a flag
 };
 
-std::vector<OptionSpec> OptionsOf(const cli::Verb& verb) {
-    std::vector<OptionSpec> specs;
+std::vector<DeclaredOption> OptionsOf(const cli::Verb& verb) {
+    std::vector<DeclaredOption> declared;
     std::wistringstream words(verb.options);
     std::wstring word;
     while (words >> word) {
         size_t equals = word.find(L'=');
-        specs.push_back({word.substr(0, equals), equals == std::wstring::npos ? L"" : word.substr(equals + 1)});
+        declared.push_back({word.substr(0, equals), equals == std::wstring::npos ? L"" : word.substr(equals + 1)});
     }
-    return specs;
+    return declared;
 }
 
 // An argument that names an option: a dash and more, other than a negative number (that is an operand,
@@ -106,7 +106,7 @@ bool AsksForHelp(const cli::Args& args) {
 // Splits the arguments into options and operands; -1 when they are fine, otherwise the exit status after
 // the diagnostic has been written.
 int ParseCall(const cli::Verb& verb, const cli::Args& args, cli::Call& call) {
-    const std::vector<OptionSpec> specs = OptionsOf(verb);
+    const std::vector<DeclaredOption> declared = OptionsOf(verb);
     bool optionsEnded = false;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::wstring& arg = args[i];
@@ -120,18 +120,18 @@ int ParseCall(const cli::Verb& verb, const cli::Args& args, cli::Call& call) {
         }
         const size_t equals = arg.find(L'=');
         const std::wstring name = arg.substr(0, equals);
-        const OptionSpec* spec = nullptr;
-        for (const OptionSpec& candidate : specs)
+        const DeclaredOption* match = nullptr;
+        for (const DeclaredOption& candidate : declared)
             if (candidate.name == name)
-                spec = &candidate;
-        if (spec == nullptr) {
+                match = &candidate;
+        if (match == nullptr) {
             std::vector<std::wstring> names{L"--help"};
-            for (const OptionSpec& candidate : specs)
+            for (const DeclaredOption& candidate : declared)
                 names.push_back(candidate.name);
             return ReportUnknown(L"unknown option", name, names, std::wstring(L"tavutil ") + verb.name + L" --help",
                                  true);
         }
-        if (spec->value.empty()) {
+        if (match->value.empty()) {
             if (equals != std::wstring::npos)
                 return WrongUsage(cli::Narrow(name) + " takes no value", verb);
             call.options.emplace_back(name, L"");
@@ -140,7 +140,7 @@ int ParseCall(const cli::Verb& verb, const cli::Args& args, cli::Call& call) {
         } else if (i + 1 < args.size()) {
             call.options.emplace_back(name, args[++i]);
         } else {
-            return WrongUsage(cli::Narrow(name) + " needs a value (" + cli::Narrow(spec->value) + ")", verb);
+            return WrongUsage(cli::Narrow(name) + " needs a value (" + cli::Narrow(match->value) + ")", verb);
         }
     }
     return -1;
