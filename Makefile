@@ -19,7 +19,8 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             wine64:/usr/lib/wine/wine64 wine:wineboot xvfb:Xvfb xauth:xauth \
             googletest:/usr/src/googletest/CMakeLists.txt cmake:cmake ninja-build:ninja \
             clang:clang lld:lld-link llvm:llvm-dlltool \
-            clang-format:clang-format ccache:ccache doxygen:doxygen
+            clang-format:clang-format ccache:ccache doxygen:doxygen \
+            nlohmann-json3-dev:/usr/include/nlohmann/json.hpp
 # Physical input for the keys tests: keys held and typed as a person would, through the X server.
 PACKAGES += xdotool:xdotool
 

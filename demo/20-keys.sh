@@ -3,11 +3,13 @@ say "Text escaped so that a keystroke script types it literally"
 tav escape "50% (a+b) {x}"
 say "A script parsed without sending anything: the keys it will press"
 tav keys --dry-run "+(hi) there~{TAB 2}x"
-tav keys --dry-run "{ENTER 0}"
+say "A script checked before it is sent: what is wrong and where, or what it will do"
+tav keys --check "abc{ENTR}"
+tav keys --check "+(hi) there~{TAB 2}x"
 say "Typing a script into Wine's notepad, then what notepad shows"
-"$session" run "$build" notepad.exe >/dev/null 2>&1 &
+win notepad.exe &
 notepad_pid=$!
 tav keys --delay 2000 --show "+hello from +tav+util!~{- 3}~+(shift group) {x 3}{BS}{TAB}done"
 tav screenshot "$build/demo-keys.png"
-"$session" run "$build" taskkill.exe /f /im notepad.exe >/dev/null 2>&1
+win taskkill.exe /f /im notepad.exe
 wait "$notepad_pid" 2>/dev/null

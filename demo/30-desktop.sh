@@ -12,7 +12,7 @@ tav sound ProfileSwitched
 say "The folder picker, for real under Xvfb: a screenshot, then the demo cancels it"
 shot="$build/demo-folder-picker.png"
 rm -f "$shot"
-tav pick-folder 'C:\users\Public' --cancel-after 6000 &
+tav pick-folder --cancel-after 6000 'C:\users\Public' &
 picker=$!
 sleep 3
 tav screenshot "$shot"

@@ -1,5 +1,5 @@
 say "The process in front: Wine's notepad, started in the background"
-"$session" run "$build" notepad.exe >/dev/null 2>&1 &
+win notepad.exe &
 notepad_job=$!
 tav foreground --after 1500
 tav foreground --full
@@ -12,5 +12,5 @@ say "The modules notepad has loaded, in load order"
 notepad_pid=$("$session" run "$build" winedbg.exe --command "info proc" 2>/dev/null |
     awk "/'notepad.exe'/ { print \$1; exit }" | tr -d '=')
 [ -n "$notepad_pid" ] && tav modules $((16#$notepad_pid)) | head -8
-"$session" run "$build" taskkill.exe /f /im notepad.exe >/dev/null 2>&1
+win taskkill.exe /f /im notepad.exe
 wait "$notepad_job" 2>/dev/null

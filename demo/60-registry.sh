@@ -6,4 +6,3 @@ tav reg read 'HKLM\System\CurrentControlSet\Control\Windows' CSDVersion
 tav reg list 'HKLM\Software\Microsoft\Windows NT'
 say "A missing value is an error with the Windows status"
 tav reg read 'HKCU\Software\TavUtil Demo' Missing
-echo "(exit status $?)"

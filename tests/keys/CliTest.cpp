@@ -86,7 +86,7 @@ TEST(KeysCli, EscapeAndReleaseAll) {
     EXPECT_EQ("50{%} {(}a{+}b{)}\n", run.output);
     run = Tavutil(L"release-all");
     EXPECT_EQ(0u, run.exitCode);
-    EXPECT_EQ("released 0 held keys\n", run.output);
+    EXPECT_EQ(0u, run.output.rfind("released the keys held by this process: none", 0)) << run.output;
     run = Tavutil(L"keys");
     EXPECT_EQ(2u, run.exitCode) << run.output;
 }
@@ -99,7 +99,7 @@ TEST_F(KeysCliTyping, KeysVerbReleasesWhatItHeld) {
     RecorderWindow recorder;
     tavtest::ChildResult run = Tavutil(L"keys \"[{F13}\"");
     EXPECT_EQ(0u, run.exitCode) << run.output;
-    EXPECT_NE(std::string::npos, run.output.find("released 1 held keys at exit")) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("released 1 held key at exit")) << run.output;
     EXPECT_EQ(Describe({Down(VK_F13), Up(VK_F13)}), Describe(recorder.WaitForKeys(2)));
     EXPECT_FALSE(IsKeyDown(VK_F13));
 }

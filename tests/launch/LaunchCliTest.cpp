@@ -69,7 +69,7 @@ TEST(LaunchCli, MessengersAndMessenger) {
 TEST(LaunchCli, InstalledSoftwareLookUps) {
     tavtest::ChildResult date = Tav(L"installdate");
     EXPECT_EQ(date.exitCode, 1u);
-    EXPECT_EQ(date.output, "no install date recorded\n");
+    EXPECT_EQ(date.output, "tavutil installdate: no install date recorded\n");
     EXPECT_EQ(Tav(L"progid-server WScript.Shell").exitCode, 1u);
 
     tavtest::RegistryFixture app(HKEY_LOCAL_MACHINE,

@@ -44,10 +44,10 @@ TEST_F(ProcessCli, ForegroundNamesTheProcessInFront) {
 TEST_F(ProcessCli, RunningAnswersThroughItsExitStatus) {
     auto yes = Tavutil(L"running NOTEPAD.EXE --console");
     EXPECT_EQ(0u, yes.exitCode);
-    EXPECT_EQ("NOTEPAD.EXE: running in the console session", FirstLine(yes.output));
+    EXPECT_EQ("NOTEPAD.EXE is running in the console session", FirstLine(yes.output));
     auto no = Tavutil(L"running notepad.EXE.exe");
     EXPECT_EQ(1u, no.exitCode);
-    EXPECT_EQ("notepad.EXE.exe: not running", FirstLine(no.output));
+    EXPECT_EQ("tavutil running: notepad.EXE.exe is not running", FirstLine(no.output));
     auto tooShort = Tavutil(L"running ab");
     EXPECT_EQ(2u, tooShort.exitCode);
     EXPECT_NE(std::string::npos, tooShort.output.find("at least four characters")) << tooShort.output;

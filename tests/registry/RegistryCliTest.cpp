@@ -49,14 +49,14 @@ TEST(RegistryCli, ListsSubkeys) {
     EXPECT_EQ(list.output, "One\nTwo\n");
 }
 
-// The status as the command line words it: the number and the library's sentence for it (tav_result_text).
+// The status as the command line words it: the library's sentence for it (tav_result_text) and the number.
 std::string StatusWords(int32_t status) {
     wchar_t sentence[512] = L"";
     EXPECT_EQ(TAV_OK, tav_result_text(TAV_RESULT_WIN32, status, sentence, 512, nullptr));
     std::wstring text = sentence;
     if (!text.empty() && text.back() == L'.')
         text.pop_back();
-    return "Windows status " + std::to_string(status) + " (" + tavtest::Narrow(text) + ")";
+    return tavtest::Narrow(text) + " (Windows error " + std::to_string(status) + ")";
 }
 
 TEST(RegistryCli, MissingKeyOrValueFailsWithTheWindowsStatus) {

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cwctype>
 
 namespace cli {
 
@@ -13,6 +14,11 @@ namespace {
 std::vector<Verb>& Registry() {
     static std::vector<Verb> verbs;
     return verbs;
+}
+
+std::wstring& TheCurrentVerb() {
+    static std::wstring name;
+    return name;
 }
 
 void Write(DWORD which, const std::wstring& text) {
@@ -38,6 +44,13 @@ VerbRegistration::VerbRegistration(const Verb& verb) {
 
 const std::vector<Verb>& Verbs() { return Registry(); }
 
+const Verb* FindVerb(const std::wstring& name) {
+    for (const Verb& verb : Registry())
+        if (name == verb.name)
+            return &verb;
+    return nullptr;
+}
+
 void Out(const std::wstring& text) { Write(STD_OUTPUT_HANDLE, text); }
 void Err(const std::wstring& text) { Write(STD_ERROR_HANDLE, text); }
 
@@ -50,17 +63,18 @@ std::string Narrow(const std::wstring& text) {
     return bytes;
 }
 
-int ParseInt(const std::wstring& text, const char* what) {
+int ParseNumber(const std::wstring& text, const char* what, int min, int max) {
     size_t used = 0;
-    int value = 0;
+    long long value = 0;
     try {
-        value = std::stoi(text, &used, 10);
+        value = std::stoll(text, &used, 10);
     } catch (const std::exception&) {
         used = 0;
     }
-    if (used == 0 || used != text.size())
-        throw UsageError(std::string(what) + " must be a whole number, not '" + Narrow(text) + "'");
-    return value;
+    if (used == 0 || used != text.size() || value < min || value > max || iswspace(text[0]))
+        throw UsageError(std::string(what) + " must be a whole number from " + std::to_string(min) + " to " +
+                         std::to_string(max) + ", not '" + Narrow(text) + "'");
+    return static_cast<int>(value);
 }
 
 void RequireCount(const Args& args, size_t min, size_t max) {
@@ -70,23 +84,77 @@ void RequireCount(const Args& args, size_t min, size_t max) {
         throw UsageError("too many arguments");
 }
 
-bool TakeFlag(Args& args, const std::wstring& flag) {
-    auto it = std::find(args.begin(), args.end(), flag);
-    if (it == args.end())
-        return false;
-    args.erase(it);
-    return true;
+bool Call::Has(const wchar_t* option) const {
+    return std::any_of(options.begin(), options.end(), [&](const auto& given) { return given.first == option; });
 }
 
-bool TakeLeadingMilliseconds(Args& args, const std::wstring& option, int& ms) {
-    if (args.size() < 2 || args[0] != option)
-        return false;
-    int value = ParseInt(args[1], "MS");
-    if (value < 0)
-        throw UsageError("MS must not be negative, not '" + Narrow(args[1]) + "'");
-    ms = value;
-    args.erase(args.begin(), args.begin() + 2);
-    return true;
+std::wstring Call::Value(const wchar_t* option, const std::wstring& fallback) const {
+    std::wstring value = fallback;
+    for (const auto& given : options)  // the last one given counts
+        if (given.first == option)
+            value = given.second;
+    return value;
+}
+
+int Call::Number(const wchar_t* option, int fallback, int min, int max) const {
+    if (!Has(option))
+        return fallback;
+    return ParseNumber(Value(option), Narrow(option).c_str(), min, max);
+}
+
+void SetCurrentVerb(const std::wstring& name) { TheCurrentVerb() = name; }
+const std::wstring& CurrentVerb() { return TheCurrentVerb(); }
+
+void Diagnose(const std::wstring& what) {
+    Err(L"tavutil" + (CurrentVerb().empty() ? L"" : L" " + CurrentVerb()) + L": " + what + L"\n");
+}
+
+int Fail(const std::wstring& what) {
+    Diagnose(what);
+    return kNotFound;
+}
+
+std::wstring Widen(const std::string& text) {
+    if (text.empty())
+        return {};
+    int n = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+    std::wstring wide(static_cast<size_t>(n), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(), n);
+    return wide;
+}
+
+std::wstring Closest(const std::wstring& given, const std::vector<std::wstring>& candidates) {
+    auto bare = [](const std::wstring& text) {
+        return text.substr(text.find_first_not_of(L'-') == std::wstring::npos ? text.size()
+                                                                              : text.find_first_not_of(L'-'));
+    };
+    const std::wstring wanted = bare(given);
+    std::wstring best;
+    size_t bestDistance = 3;  // more than two edits away is no suggestion
+    for (const std::wstring& candidate : candidates) {
+        const std::wstring name = bare(candidate);
+        if (!wanted.empty() && name.compare(0, wanted.size(), wanted) == 0)
+            return candidate;  // a prefix: what the person started to type
+        // Edit distance (insertions, deletions, substitutions).
+        std::vector<size_t> row(name.size() + 1);
+        for (size_t j = 0; j < row.size(); ++j)
+            row[j] = j;
+        for (size_t i = 1; i <= wanted.size(); ++i) {
+            size_t diagonal = row[0];
+            row[0] = i;
+            for (size_t j = 1; j <= name.size(); ++j) {
+                size_t above = row[j];
+                row[j] = std::min({row[j] + 1, row[j - 1] + 1,
+                                   diagonal + (towlower(wanted[i - 1]) == towlower(name[j - 1]) ? 0 : 1)});
+                diagonal = above;
+            }
+        }
+        if (row.back() < bestDistance) {
+            bestDistance = row.back();
+            best = candidate;
+        }
+    }
+    return best;
 }
 
 std::wstring YesNo(bool value) { return value ? L"yes" : L"no"; }

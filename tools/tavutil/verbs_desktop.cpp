@@ -7,56 +7,52 @@
 
 namespace {
 
-int RunClip(const cli::Args& args) {
+int RunClip(const cli::Call& call) {
+    const cli::Args& args = call.args;
     cli::RequireCount(args, 1, 2);
     if (args[0] == L"get" && args.size() == 1) {
         ClassicClipboard clipboard;
-        if (!clipboard.isOpen()) {
-            cli::Err(L"tavutil: the clipboard is in use by another program\n");
-            return 1;
-        }
+        if (!clipboard.isOpen())
+            return cli::Fail(L"the clipboard is in use by another program");
         cli::OutLine(clipboard.getText(CF_UNICODETEXT));
-        return 0;
+        return cli::kDone;
     }
     if (args[0] == L"set" && args.size() == 2) {
         ClassicClipboard clipboard;
-        if (!clipboard.isOpen() || !clipboard.setText(args[1], CF_UNICODETEXT)) {
-            cli::Err(L"tavutil: the text could not be put on the clipboard\n");
-            return 1;
-        }
-        return 0;
+        if (!clipboard.isOpen() || !clipboard.setText(args[1], CF_UNICODETEXT))
+            return cli::Fail(L"the text could not be put on the clipboard");
+        return cli::kDone;
     }
     throw cli::UsageError("expected 'get' or 'set TEXT'");
 }
 
-int RunSound(const cli::Args& given) {
-    cli::Args args = given;
-    const bool loop = cli::TakeFlag(args, L"--loop");
-    const bool sync = cli::TakeFlag(args, L"--sync");
+int RunSound(const cli::Call& call) {
+    const cli::Args& args = call.args;
+    const bool loop = call.Has(L"--loop");
+    const bool sync = call.Has(L"--sync");
     cli::RequireCount(args, 1, 1);
     if (loop && sync)
         throw cli::UsageError("--loop and --sync exclude each other");
     const cWave::PlayModeEnum mode = loop ? cWave::PLAY_LOOP : sync ? cWave::PLAY_SYNC : cWave::PLAY_ASYNC;
     cWave wave;
-    const bool played = wave.play(args[0], mode);
-    cli::OutLine(played ? L"playing" : L"not played");
-    if (!played)
-        cli::OutLine(L"(looked for HKCU\\AppEvents\\Schemes\\Apps\\" + cWave::applicationName() + L"\\" + args[0] +
-                     L"\\.Current)");
-    return played ? 0 : 1;
+    if (!wave.play(args[0], mode))
+        return cli::Fail(L"no sound played for " + args[0] + L" (looked for HKCU\\AppEvents\\Schemes\\Apps\\" +
+                         cWave::applicationName() + L"\\" + args[0] + L"\\.Current)");
+    cli::OutLine(L"playing");
+    return cli::kDone;
 }
 
-int RunWait(const cli::Args& args) {
-    cli::RequireCount(args, 1, 1);
-    const int ms = cli::ParseInt(args[0], "MS");
-    if (ms < 0)
-        throw cli::UsageError("MS must not be negative");
+const int kMaximumWaitMs = 600000;
+
+int RunWait(const cli::Call& call) {
+    cli::RequireCount(call.args, 1, 1);
+    const int ms = cli::ParseNumber(call.args[0], "MS", 0, kMaximumWaitMs);
     CWait wait;
     const DWORD start = GetTickCount();
     const CWaitStatus status = wait.Wait(static_cast<unsigned long>(ms), 10, false);
-    cli::OutLine(std::to_wstring(status) + L" (" + cli::ResultText(TAV_RESULT_WAIT, status) + L") after about " +
+    cli::OutLine(cli::ResultText(TAV_RESULT_WAIT, status) + L" (" + std::to_wstring(status) + L") after about " +
                  std::to_wstring(GetTickCount() - start) + L" ms");
-    return 0;
+    return cli::kDone;
 }
 
 // For unattended runs (the demo): cancels the calling thread's dialog after a delay, as a user would.
@@ -89,25 +85,16 @@ private:
     std::thread thread_;
 };
 
-int TakeCancelAfter(cli::Args& args) {
-    for (size_t i = 0; i + 1 < args.size(); ++i) {
-        if (args[i] == L"--cancel-after") {
-            int ms = cli::ParseInt(args[i + 1], "--cancel-after MS");
-            args.erase(args.begin() + static_cast<long>(i), args.begin() + static_cast<long>(i) + 2);
-            return ms;
-        }
-    }
-    return -1;
-}
-
 int Chosen(bool chosen, const std::wstring& what) {
-    cli::OutLine(chosen ? what : L"cancelled");
-    return chosen ? 0 : 1;
+    if (!chosen)
+        return cli::Fail(L"cancelled");
+    cli::OutLine(what);
+    return cli::kDone;
 }
 
-int RunPickFile(const cli::Args& given) {
-    cli::Args args = given;
-    const int cancelAfter = TakeCancelAfter(args);
+int RunPickFile(const cli::Call& call) {
+    const cli::Args& args = call.args;
+    const int cancelAfter = call.Number(L"--cancel-after", -1, 0, kMaximumWaitMs);
     cli::RequireCount(args, 0, 1);
     const CStdStr<wchar_t> filter = args.empty() ? L"All files (*.*)|*.*||" : args[0];
     if (filter.empty())
@@ -121,9 +108,9 @@ int RunPickFile(const cli::Args& given) {
     return Chosen(chosen, file);
 }
 
-int RunPickFolder(const cli::Args& given) {
-    cli::Args args = given;
-    const int cancelAfter = TakeCancelAfter(args);
+int RunPickFolder(const cli::Call& call) {
+    const cli::Args& args = call.args;
+    const int cancelAfter = call.Number(L"--cancel-after", -1, 0, kMaximumWaitMs);
     cli::RequireCount(args, 0, 1);
     CStdStr<wchar_t> folder = args.empty() ? L"" : args[0];
     bool chosen = false;
@@ -134,13 +121,28 @@ int RunPickFolder(const cli::Args& given) {
     return Chosen(chosen, folder);
 }
 
-cli::VerbRegistration clip{{L"clip", L"clip get | clip set TEXT", L"read or write the clipboard's text", &RunClip}};
-cli::VerbRegistration sound{
-    {L"sound", L"sound EVENT [--loop|--sync]", L"play the sound the scheme assigns to EVENT of tavutil", &RunSound}};
-cli::VerbRegistration wait{{L"wait", L"wait MS", L"wait MS milliseconds while pumping messages", &RunWait}};
-cli::VerbRegistration pickFile{{L"pick-file", L"pick-file [FILTER] [--cancel-after MS]",
-                                L"ask for a file (FILTER like \"Text|*.txt||\")", &RunPickFile}};
-cli::VerbRegistration pickFolder{{L"pick-folder", L"pick-folder [START] [--cancel-after MS]",
-                                  L"ask for a folder, starting at START", &RunPickFolder}};
+cli::VerbRegistration clip{{L"clip", L"clip get | clip set TEXT", L"read or write the clipboard's text", &RunClip, L"",
+                            L"examples:\n  tavutil clip set \"Hello\"\n  tavutil clip get",
+                            L"the clipboard could not be opened or written"}};
+cli::VerbRegistration sound{{L"sound", L"sound [--loop|--sync] EVENT",
+                             L"play the sound the scheme assigns to EVENT of tavutil", &RunSound, L"--loop --sync",
+                             L"Without a sound in the scheme nothing plays (there is no default beep).\n\n"
+                             L"examples:\n  tavutil sound ProfileSwitched\n  tavutil sound --sync ProfileSwitched",
+                             L"no sound was played"}};
+cli::VerbRegistration wait{{L"wait", L"wait MS", L"wait MS milliseconds while pumping messages", &RunWait, L"",
+                            L"MS is a whole number from 0 to 600000.\n\nexamples:\n  tavutil wait 250",
+                            L"(not used by this verb)"}};
+cli::VerbRegistration pickFile{{L"pick-file", L"pick-file [--cancel-after MS] [FILTER]",
+                                L"ask for a file (FILTER like \"Text|*.txt||\")", &RunPickFile, L"--cancel-after=MS",
+                                L"Prints the chosen file. --cancel-after cancels the dialog after MS milliseconds,\n"
+                                L"as a user would (for unattended runs).\n\nexamples:\n"
+                                L"  tavutil pick-file \"Text|*.txt||\"\n  tavutil pick-file --cancel-after 3000",
+                                L"the dialog was cancelled"}};
+cli::VerbRegistration pickFolder{{L"pick-folder", L"pick-folder [--cancel-after MS] [START]",
+                                  L"ask for a folder, starting at START", &RunPickFolder, L"--cancel-after=MS",
+                                  L"Prints the chosen folder. --cancel-after cancels the dialog after MS\n"
+                                  L"milliseconds, as a user would (for unattended runs).\n\nexamples:\n"
+                                  L"  tavutil pick-folder 'C:\\users\\Public'",
+                                  L"the dialog was cancelled"}};
 
 }  // namespace
