@@ -106,19 +106,41 @@ int ModifierSlot(WORD vk) {
     return -1;
 }
 
+// A key press as the script writes it; small and without text of its own, so that a long recording stays
+// cheap to write.
 struct Token {
-    std::wstring text;       // the item as written with a count of 1
-    std::wstring runName;    // what goes in braces with a count ("TAB", "+"); empty: a run is repeated text
-    unsigned modifiers = 0;  // RecordedModifier bits to hold around it
-    int count = 1;
-    std::wstring Written() const { return count == 1 ? text : L"{" + runName + L" " + std::to_wstring(count) + L"}"; }
+    const wchar_t* name = nullptr;  // a named key ({NAME}); null for a character
+    wchar_t character = 0;          // a character; for Enter, ~
+    unsigned modifiers = 0;         // RecordedModifier bits to hold around it
+    int count = 1;                  // presses in a run (named keys and the language's own characters only)
+
+    // Whether a run of this press is written with a count ({TAB 3}, {+ 2}) rather than repeated.
+    bool enter = false;  // Enter, written as ~
+
+    bool Counted() const { return name != nullptr || (!enter && IsSpecial(character)); }
+    bool SameKey(const Token& other) const {
+        return name == other.name && character == other.character && enter == other.enter &&
+               modifiers == other.modifiers;
+    }
+    void WriteTo(std::wstring& out) const {
+        if (!Counted()) {
+            out.append(static_cast<size_t>(count), character);
+            return;
+        }
+        out += L'{';
+        if (name != nullptr)
+            out += name;
+        else
+            out += character;
+        if (count > 1) {
+            out += L' ';
+            out += std::to_wstring(count);
+        }
+        out += L'}';
+    }
 };
 
-Token CharacterToken(wchar_t ch, unsigned modifiers) {
-    if (IsSpecial(ch))
-        return {std::wstring(L"{") + ch + L"}", std::wstring(1, ch), modifiers, 1};
-    return {std::wstring(1, ch), L"", modifiers, 1};
-}
+Token CharacterToken(wchar_t ch, unsigned modifiers) { return {nullptr, ch, modifiers, 1, false}; }
 
 // The token of a key press with `held` modifiers down; false for a key the language cannot express.
 bool PressToken(const Keyboard& keyboard, const RecordedKey& key, unsigned held, Token& token) {
@@ -130,7 +152,7 @@ bool PressToken(const Keyboard& keyboard, const RecordedKey& key, unsigned held,
         return true;
     }
     if (key.vk == VK_RETURN) {
-        token = {L"~", L"", held, 1};
+        token = {nullptr, L'~', held, 1, true};
         return true;
     }
     const unsigned shiftState = held & (kRecordShift | kRecordControl | kRecordAlt);
@@ -149,7 +171,7 @@ bool PressToken(const Keyboard& keyboard, const RecordedKey& key, unsigned held,
         return true;
     }
     if (const wchar_t* name = keyboard.Name(key.vk)) {
-        token = {L"{" + std::wstring(name) + L"}", name, held, 1};
+        token = {name, 0, held, 1, false};
         return true;
     }
     if (const wchar_t ch = NumberPadCharacter(key.vk); ch != L'\0' && (held & kRecordShift) == 0) {
@@ -195,8 +217,7 @@ std::vector<Token> Tokens(const std::vector<RecordedKey>& keys, unsigned heldAtS
             ++skipped;
             continue;
         }
-        if (!tokens.empty() && !token.runName.empty() && tokens.back().runName == token.runName &&
-            tokens.back().modifiers == token.modifiers)
+        if (!tokens.empty() && token.Counted() && tokens.back().SameKey(token))
             ++tokens.back().count;
         else
             tokens.push_back(token);
@@ -219,7 +240,7 @@ size_t Write(const std::vector<Token>& tokens, size_t begin, size_t end, unsigne
     while (i < end) {
         const unsigned extra = tokens[i].modifiers & ~outer;
         if (extra == 0) {
-            out += tokens[i].Written();
+            tokens[i].WriteTo(out);
             ++items;
             ++i;
             continue;
@@ -238,10 +259,14 @@ size_t Write(const std::vector<Token>& tokens, size_t begin, size_t end, unsigne
                 bestEnd = runEnd;
             }
         }
-        std::wstring inner;
-        const size_t innerItems = Write(tokens, i, bestEnd, outer | best->bit, inner);
+        // Written in place; the parenthesis goes again when the group holds one item only.
         out += best->character;
-        out += innerItems == 1 ? inner : L"(" + inner + L")";
+        const size_t open = out.size();
+        out += L'(';
+        if (Write(tokens, i, bestEnd, outer | best->bit, out) == 1)
+            out.erase(open, 1);
+        else
+            out += L')';
         ++items;
         i = bestEnd;
     }
