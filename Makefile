@@ -22,7 +22,8 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
             clang-format:clang-format ccache:ccache doxygen:doxygen \
             nlohmann-json3-dev:/usr/include/nlohmann/json.hpp
 # Physical input for the keys tests: keys held and typed as a person would, through the X server.
-PACKAGES += xdotool:xdotool
+# xmodmap gives Wine a keymap with every printable ASCII character on its US key (tests/support/TestKeyboard.md).
+PACKAGES += xdotool:xdotool x11-xserver-utils:xmodmap
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
         format-check docs dist export-baseline
@@ -124,6 +125,16 @@ soak: build
 	@$(SESSION) start $(BUILD) && status=0; \
 	$(SESSION) run $(BUILD) $(BUILD)/bin/soak.exe || status=1; \
 	$(SESSION) run $(BUILD) $(BUILD)/bin/keys_soak.exe --failures $(BUILD)/keys_soak_failures.txt || status=1; \
+	$(SESSION) stop $(BUILD); exit $$status
+
+# The recorder's long round trip: RECORDER_CASES key sequences of the grammar generator pressed on the X
+# keyboard (xdotool), recorded and played back (tests/keys/RecorderRoundTripTest.cpp; `make test` runs 30).
+RECORDER_CASES ?= 1000
+.PHONY: recorder-long
+recorder-long: build
+	@$(SESSION) start $(BUILD) && status=0; \
+	TAVTEST_RECORDER_CASES=$(RECORDER_CASES) $(SESSION) run $(BUILD) $(BUILD)/bin/keys_tests.exe \
+	    --gtest_filter='KeysRecorderRoundTrip.*' || status=1; \
 	$(SESSION) stop $(BUILD); exit $$status
 
 install: build

@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -111,5 +112,34 @@ int main() {
             sink = sink + ExtractProgram(line, program, args);
         },
         Growth(1));
+    // The recorder's script: the key events of 2,000 and 20,000 presses (text with Shift, a modifier over
+    // several keys, runs of a named key), written as a script.
+    const auto presses = [](size_t rounds) {
+        std::vector<tav::keys::RecordedKey> keys;
+        const auto tap = [&keys](WORD vk) {
+            keys.push_back({vk, 0, false, false, 0});
+            keys.push_back({vk, 0, true, false, 0});
+        };
+        for (size_t i = 0; i < rounds; ++i) {
+            keys.push_back({VK_LSHIFT, 0, false, false, 0});
+            tap('H');
+            tap('9');
+            keys.push_back({VK_LSHIFT, 0, true, false, 0});
+            tap('I');
+            keys.push_back({VK_LCONTROL, 0, false, false, 0});
+            tap('A');
+            tap('C');
+            keys.push_back({VK_LCONTROL, 0, true, false, 0});
+            tap(VK_TAB);
+            tap(VK_TAB);
+            tap(VK_RETURN);
+        }
+        return keys;
+    };
+    const std::vector<tav::keys::RecordedKey> keys = presses(250), keys10 = presses(2500);
+    bench::Compare(
+        "recorder script time, 10x the key events",
+        [&] { sink = sink + tav::keys::ScriptFromKeys(keys10).script.size(); },
+        [&] { sink = sink + tav::keys::ScriptFromKeys(keys).script.size(); }, Growth(3));
     return bench::Finish();
 }

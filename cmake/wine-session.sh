@@ -43,12 +43,23 @@ make_prefix() {
     touch "$prefix/.tavutil-ready"
 }
 
+# Xvfb's keymap puts ( and ) also on keycodes 187 and 188, < and > also on 94 (the extra key of 105-key
+# keyboards) and a Linefeed on 109. Wine finds a character's key by its first keycode, knows no virtual key
+# for those four, and so types no ( or ) at all, < without Shift and a line feed as an unknown key. With
+# them cleared, every printable ASCII character has its US key (tests/support/TestKeyboard.md). Before the
+# first Wine program: each one reads the keymap when it starts.
+complete_us_keymap() {
+    DISPLAY=$1 xmodmap -e 'keycode 94 =' -e 'keycode 109 =' -e 'keycode 187 =' -e 'keycode 188 =' ||
+        log "xmodmap could not clear the extra keys: ( and ) cannot be typed in this session"
+}
+
 start_session() {
     make_prefix
     local fdfile="$build/xvfb.display"
     rm -f "$fdfile"
     # The background servers must not hold the caller's output pipes open (CTest waits for them).
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$fdfile" </dev/null >/dev/null 2>&1 &
+    # -noreset: the server keeps its keymap (complete_us_keymap) when its last client goes.
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$fdfile" </dev/null >/dev/null 2>&1 &
     local xpid=$!
     for _ in $(seq 100); do
         [ -s "$fdfile" ] && break
@@ -61,6 +72,7 @@ start_session() {
         kill "$xpid" 2>/dev/null
         return 1
     fi
+    complete_us_keymap ":$display"
     wineserver -k >/dev/null 2>&1
     wineserver -w >/dev/null 2>&1
     wineserver -p </dev/null >/dev/null 2>&1

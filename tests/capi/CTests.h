@@ -14,6 +14,7 @@ void test_strings(void);
 void test_os(void);
 void test_log(void);
 void test_keys(HWND edit);
+void test_recorder(HWND edit);
 void test_clipboard(void);
 void test_foreground(void);
 void test_windows(HWND window, HWND edit);

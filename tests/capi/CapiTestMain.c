@@ -73,6 +73,8 @@ int wmain(int argc, wchar_t** argv) {
     test_log();
     puts("-- test_keys");
     test_keys(edit);
+    puts("-- test_recorder");
+    test_recorder(edit);
     puts("-- test_clipboard");
     test_clipboard();
     puts("-- test_foreground");

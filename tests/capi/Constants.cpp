@@ -8,6 +8,7 @@
 #include "desktop/Wave.h"
 #include "files/VerInfo.h"
 #include "files/VerNum.h"
+#include "keys/KeyRecorder.h"
 #include "keys/KeyState.h"
 #include "keys/SendKeys.h"
 #include "keys/SendOptions.h"
@@ -46,6 +47,7 @@ constexpr Mirror kMirrors[] = {
     TAV_MIRROR(TAV_KEYS_END_HOLD, tav::keys::kEndHold),
     TAV_MIRROR(TAV_KEYS_BEGIN_HOLD, tav::keys::kBeginHold),
     TAV_MIRROR(TAV_KEYS_SYNC, tav::keys::kNoKey),
+    TAV_MIRROR(TAV_RECORD_IGNORE_INJECTED, tav::keys::KeyRecorder::kIgnoreInjected),
     TAV_MIRROR(TAV_WAIT_WAITING, CWAIT_WAITING),
     TAV_MIRROR(TAV_WAIT_ABORTED, CWAIT_ABORTED),
     TAV_MIRROR(TAV_WAIT_TIMEOUT, CWAIT_TIMEOUT),

@@ -25,6 +25,7 @@ static const named_constant g_mirrored[] = {
     C(TAV_SKERR_BUSY),
     C(TAV_SKERR_MENU_FAILED),
     C(TAV_SKERR_COMMAND_DONE),
+    C(TAV_RECORD_IGNORE_INJECTED),
     C(TAV_KEYS_END_HOLD),
     C(TAV_KEYS_BEGIN_HOLD),
     C(TAV_KEYS_SYNC),

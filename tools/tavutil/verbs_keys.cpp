@@ -298,7 +298,8 @@ int RunScreenshot(const cli::Call& call) {
 }
 
 cli::VerbRegistration keys{
-    {L"keys", L"keys [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] [--show] "
+    {L"keys",
+     L"keys [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] [--show] "
      L"[--dry-run|--check] [--json] SCRIPT",
      L"type a keystroke script into the focused window (--dry-run: show its key queue; --check: say what is "
      L"wrong with it, or what it does)",
@@ -312,13 +313,14 @@ cli::VerbRegistration keys{
      L"  tavutil keys --delay 2000 \"Dear Sir,~\"\n  tavutil keys --check \"abc{ENTR}\"\n"
      L"  tavutil keys --dry-run --json \"+(hi) there~{TAB 2}\"\n  tavutil keys -- \"-- signature --\"",
      L"the script is not valid, or not every key could be sent"}};
-cli::VerbRegistration type{{L"type", L"type [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] TEXT",
-                            L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType,
-                            L"--delay=MS --per-key=MS --hold=MS --wait-release=MS --release-modifiers",
-                            L"Every character is typed as it is: braces, +, ^, % and ~ have no meaning here. The typing\n"
-                            L"options are those of keys (see tavutil keys --help).\n\n"
-                            L"examples:\n  tavutil type --delay 2000 \"50% off {today}\"\n  tavutil type -- -x",
-                            L"not every key could be sent"}};
+cli::VerbRegistration type{
+    {L"type", L"type [--delay MS] [--per-key MS] [--hold MS] [--wait-release MS] [--release-modifiers] TEXT",
+     L"type TEXT literally into the focused window, whatever the keyboard layout", &RunType,
+     L"--delay=MS --per-key=MS --hold=MS --wait-release=MS --release-modifiers",
+     L"Every character is typed as it is: braces, +, ^, % and ~ have no meaning here. The typing\n"
+     L"options are those of keys (see tavutil keys --help).\n\n"
+     L"examples:\n  tavutil type --delay 2000 \"50% off {today}\"\n  tavutil type -- -x",
+     L"not every key could be sent"}};
 cli::VerbRegistration escape{{L"escape", L"escape TEXT", L"TEXT escaped so that a keystroke script types it literally",
                               &RunEscape, L"", L"examples:\n  tavutil escape \"50% (a+b) {x}\"",
                               L"(not used by this verb)"}};

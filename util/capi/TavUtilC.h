@@ -9,7 +9,7 @@
  * includes every area header; a host may include only the areas it uses instead. Each function is named
  * `tav_<area>_<verb>` after the header that declares it (the keystroke header's typing calls are
  * `tav_send_*`): `c/common.h` (the conventions every function follows, the result codes, the handles and
- * records, tav_result_text()), `c/strings.h`, `c/os.h`, `c/log.h`, `c/keys.h`, `c/clipboard.h`,
+ * records, tav_result_text()), `c/strings.h`, `c/os.h`, `c/log.h`, `c/keys.h`, `c/recorder.h`, `c/clipboard.h`,
  * `c/windows.h`, `c/foreground.h`, `c/waits.h`, `c/sounds.h`, `c/pickers.h`, `c/launch.h`,
  * `c/processes.h`, `c/registry.h`, `c/settings.h`, `c/paths.h`, `c/versions.h`, `c/textfile.h`,
  * `c/software.h`, `c/com.h`, `c/accounts.h` and `c/support.h`.
@@ -30,6 +30,7 @@
 #include "c/paths.h"
 #include "c/pickers.h"
 #include "c/processes.h"
+#include "c/recorder.h"
 #include "c/registry.h"
 #include "c/settings.h"
 #include "c/software.h"
