@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <new>
 
 namespace {
 
@@ -55,7 +56,14 @@ void Emit(const std::wstring& text) {
 
 VelmLog::VelmLog() = default;
 
-VelmLog::~VelmLog() { Emit(os.str()); }
+// A record that cannot be composed or written because memory is refused is dropped: the log reports nothing
+// back, and an exception leaving a destructor would end the host program.
+VelmLog::~VelmLog() {
+    try {
+        Emit(os.str());
+    } catch (const std::bad_alloc&) {
+    }
+}
 
 std::wostringstream& VelmLog::Get(VelmLogLevel level, const std::wstring& fileName, int lineNumber,
                                   const std::wstring& function) {
