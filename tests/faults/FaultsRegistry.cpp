@@ -96,6 +96,27 @@ std::wstring Text(const std::function<int32_t(wchar_t*, size_t, size_t*)>& fill,
     return *status >= 0 ? buffer : L"";
 }
 
+// A value written and read back through the store: the answer is write*10 + read (each 1 or 0) and the value
+// read. A write that fails leaves nothing to read (0); a read that fails gives the default (10).
+Operation RoundTrip(const char* name, std::function<bool(tav_settings)> write,
+                    std::function<bool(tav_settings, std::wstring&)> read) {
+    return Settings(name,
+                    [write, read](tav_settings s) {
+                        const bool written = write(s);
+                        std::wstring text;
+                        const bool got = read(s, text);
+                        return Answer{(written ? 10 : 0) + (got ? 1 : 0), got ? text : L""};
+                    },
+                    {{0, L""}, {10, L""}});
+}
+
+std::wstring Numbers(std::initializer_list<int64_t> numbers) {
+    std::wstring text;
+    for (int64_t number : numbers)
+        text += std::to_wstring(number) + L" ";
+    return text;
+}
+
 }  // namespace
 
 void AddRegistryOperations(std::vector<Operation>& out) {
@@ -258,6 +279,154 @@ void AddRegistryOperations(std::vector<Operation>& out) {
                                return Answer{tav_settings_create_key(s, L"Software\\TavUtilFaults\\Created") != 0, L""};
                            },
                            {{0, L""}}));
+
+    // Each kind of value, written and read back.
+    out.push_back(RoundTrip(
+        "int", [](tav_settings s) { return tav_settings_write_int(s, L"i", -5) > 0; },
+        [](tav_settings s, std::wstring& t) {
+            int32_t v = 0;
+            const bool got = tav_settings_read_int(s, L"i", 99, &v) == TAV_OK && v != 99;
+            t = Numbers({v});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "bool", [](tav_settings s) { return tav_settings_write_bool(s, L"b", 1) > 0; },
+        [](tav_settings s, std::wstring& t) {
+            int32_t v = 0;
+            const bool got = tav_settings_read_bool(s, L"b", 0, &v) == TAV_OK && v != 0;
+            t = Numbers({v});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "color", [](tav_settings s) { return tav_settings_write_color(s, L"c", 0x123456) > 0; },
+        [](tav_settings s, std::wstring& t) {
+            uint32_t v = 0;
+            const bool got = tav_settings_read_color(s, L"c", 1, &v) == TAV_OK && v != 1;
+            t = Numbers({v});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "float", [](tav_settings s) { return tav_settings_write_float(s, L"f", 2.5) > 0; },
+        [](tav_settings s, std::wstring& t) {
+            double v = 0;
+            const bool got = tav_settings_read_float(s, L"f", -1.0, &v) == TAV_OK && v != -1.0;
+            t = Numbers({static_cast<int64_t>(v * 10)});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "date_time",
+        [](tav_settings s) {
+            const tav_date_time when{45000.5, 0, 0};
+            return tav_settings_write_date_time(s, L"d", &when) > 0;
+        },
+        [](tav_settings s, std::wstring& t) {
+            const tav_date_time def{1.0, 0, 0};
+            tav_date_time v{};
+            const bool got = tav_settings_read_date_time(s, L"d", &def, &v) == TAV_OK && v.date != 1.0;
+            t = Numbers({static_cast<int64_t>(v.date * 10), v.status});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "rect",
+        [](tav_settings s) {
+            const tav_rect r{1, 2, 3, 4};
+            return tav_settings_write_rect(s, L"r", &r) > 0;
+        },
+        [](tav_settings s, std::wstring& t) {
+            tav_rect r{};
+            const bool got = tav_settings_read_rect(s, L"r", &r) > 0;
+            t = Numbers({r.left, r.top, r.right, r.bottom});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "point",
+        [](tav_settings s) {
+            const tav_point p{5, 6};
+            return tav_settings_write_point(s, L"p", &p) > 0;
+        },
+        [](tav_settings s, std::wstring& t) {
+            tav_point p{};
+            const bool got = tav_settings_read_point(s, L"p", &p) > 0;
+            t = Numbers({p.x, p.y});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "size",
+        [](tav_settings s) {
+            const tav_size z{7, 8};
+            return tav_settings_write_size(s, L"z", &z) > 0;
+        },
+        [](tav_settings s, std::wstring& t) {
+            tav_size z{};
+            const bool got = tav_settings_read_size(s, L"z", &z) > 0;
+            t = Numbers({z.cx, z.cy});
+            return got;
+        }));
+    out.push_back(RoundTrip(
+        "font",
+        [](tav_settings s) {
+            tav_logfont font{};
+            font.height = -12;
+            wcscpy(font.face_name, L"Tahoma");
+            return tav_settings_write_font(s, L"font", &font) > 0;
+        },
+        [](tav_settings s, std::wstring& t) {
+            tav_logfont font{};
+            const bool got = tav_settings_read_font(s, L"font", &font) > 0;
+            t = Numbers({font.height}) + font.face_name;
+            return got;
+        }));
+    out.push_back(Settings("read_binary",
+                           [](tav_settings s) {
+                               unsigned char data[4] = {};
+                               const int32_t got = tav_settings_read_binary(s, L"number", data, sizeof data);
+                               return Answer{got, got > 0 ? Numbers({data[0], data[1], data[2], data[3]}) : L""};
+                           },
+                           {{0, L""}}));
+    out.push_back(Settings("data_type",
+                           [](tav_settings s) {
+                               return Answer{tav_settings_data_type(s, L"name"), L""};
+                           },
+                           {{0, L""}}));
+    out.push_back(Settings(
+        "current_path",
+        [](tav_settings s) {
+            int32_t status = 0;
+            std::wstring text =
+                Text([s](wchar_t* b, size_t c, size_t* n) { return tav_settings_current_path(s, b, c, n); }, &status);
+            return Answer{status, text};
+        },
+        {}));
+    out.push_back(Settings("path_is_valid",
+                           [](tav_settings s) {
+                               return Answer{tav_settings_path_is_valid(s) != 0, L""};
+                           },
+                           {{0, L""}}));
+    out.push_back(Settings("clear_key", [](tav_settings s) { return Answer{tav_settings_clear_key(s), L""}; }, {}));
+    // Lazy writing: the values are flushed when the store lets the key go.
+    out.push_back(Settings("lazy_write",
+                           [](tav_settings s) {
+                               tav_settings_set_lazy_write(s, 1);
+                               return Answer{tav_settings_write_dword(s, L"lazy", 3) != 0, L""};
+                           },
+                           {{0, L""}}));
+    // The last status after a failed write is the failing status (a Windows code).
+    out.push_back(Settings(
+        "last_status",
+        [](tav_settings s) {
+            tav_settings_write_dword(s, L"status", 3);
+            return Answer{tav_settings_last_status(s), L""};
+        },
+        {}, kWindowsStatus));
+
+    // registry: the owner's own state.
+    out.push_back(Registry(
+        "close", 1,
+        [](tav_registry key) {
+            const int32_t closed = tav_registry_close(key);
+            return Answer{closed, std::to_wstring(tav_registry_is_valid(key))};
+        },
+        {}, 0));
 }
 
 }  // namespace faults
