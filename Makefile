@@ -78,11 +78,11 @@ test-hardened: hardened-build
 # calls, then once per (function, k-th call) with that call failing (at most FAULT_POINTS calls of one function: the
 # first, the last and a spread), and ends with a table per area and `faults: N operations, M injection points, F
 # failed`. FAULT_AREA runs one area only.
-FAULT_POINTS ?= 12
+FAULT_POINTS ?= 64
 FAULT_AREA ?=
 faults: hardened-build
 	@$(SESSION) start $(HARDENED_BUILD) && status=0; \
-	$(SESSION) run $(HARDENED_BUILD) $(HARDENED_BUILD)/bin/faults.exe --max-points $(FAULT_POINTS) \
+	$(SESSION) run $(HARDENED_BUILD) $(HARDENED_BUILD)/bin/faults.exe --all --max-points $(FAULT_POINTS) \
 	    $(if $(FAULT_AREA),--area $(FAULT_AREA)) || status=1; \
 	$(SESSION) stop $(HARDENED_BUILD); exit $$status
 

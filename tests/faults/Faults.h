@@ -61,6 +61,7 @@ void AddRegistryOperations(std::vector<Operation>& out);
 void AddFileOperations(std::vector<Operation>& out);
 void AddSystemOperations(std::vector<Operation>& out);
 void AddComOperations(std::vector<Operation>& out);
+void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session's
 
 // A folder of the run's own, made on first use (with a trailing backslash), and a file in it with `content`.
 const std::wstring& Scratch();

@@ -42,6 +42,21 @@ void AddSystemOperations(std::vector<Operation>& out) {
                      },
                      {{0, L""}}));
 
+    // The capture itself: the facts are read again whenever the classification is 0, so each run starts from 0
+    // (the exported static that holds it) and the first construction reads the system under the fault. A failed
+    // version read leaves classification 0 and the other facts as they were; the teardown captures afresh.
+    {
+        auto* classification = reinterpret_cast<int*>(
+            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"TavUtil.dll"), "_ZN6OSInfo3os_E")));
+        Operation op = Op("os", "capture", [] { return Answer{tav_os_type(), L""}; }, {{0, L""}});
+        op.setup = [classification] {
+            if (classification != nullptr)
+                *classification = 0;
+        };
+        op.teardown = [] { tav_os_type(); };
+        out.push_back(op);
+    }
+
     // accounts: every failure is a failed HRESULT with the answer left FALSE; the yes/no forms answer 0.
     out.push_back(Op("accounts", "is_member_of",
                      [] {
