@@ -35,9 +35,11 @@ std::wstring NowTime() {
         state.tickBaseSet = true;
     }
     long milliseconds = static_cast<long>((GetTickCount() - state.tickBase) % 1000);
-    wchar_t stamp[96];
-    _snwprintf(stamp, 95, L"%ls.%03ld", clock, milliseconds);
-    stamp[95] = L'\0';
+    // A stamp that cannot be formatted is a failed time read: the fixed text, never the buffer's unwritten
+    // contents.
+    wchar_t stamp[96] = {};
+    if (_snwprintf(stamp, 95, L"%ls.%03ld", clock, milliseconds) < 0)
+        return L"Error in NowTime()";
     return stamp;
 }
 
