@@ -134,6 +134,24 @@ void AddTextOperations(std::vector<Operation>& out) {
         return tav_launch_strip_trailing_argument(L"C:\\tools\\x.exe -a -b", b, c, n);
     }));
 
+    // keys, the parts that only read a script: a refused allocation is the out-of-memory code.
+    out.push_back(Text("keys", "escape",
+                       [](wchar_t* b, size_t c, size_t* n) { return tav_keys_escape(L"50% (off) {now}", b, c, n); }));
+    {
+        Operation op{"keys", "parse", {}, {}, 0, nullptr, {}, {}, false};
+        op.run = [] {
+            uint16_t entries[64] = {};
+            size_t needed = 0;
+            const int32_t status = tav_keys_parse(L"ab+c{ENTER}^{F5}", entries, 64, &needed);
+            std::wstring text;
+            for (size_t i = 0; i < needed && i < 64; ++i)
+                text += std::to_wstring(entries[i]) + L" ";
+            return Answer{status, text};
+        };
+        out.push_back(op);
+    }
+    out.push_back(Plain("keys", "lookup_name", [] { return tav_keys_lookup_name(L"enter"); }));
+
     // support: every failure leaves a parameter out or takes its fallback value; the query's facts come from
     // the registry, the system and the version resource, so the text may differ, never the result.
     for (const wchar_t* address : {L"http://www.velmorax.com/support?x=1", L"http://www.example.com/"}) {
