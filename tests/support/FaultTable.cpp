@@ -278,6 +278,13 @@ const std::vector<Row>& Table() {
         {"user32.dll", "VkKeyScanW", Fails, 0xFFFF, 0, false},
         {"user32.dll", "WaitForInputIdle", Fails, 0xFFFFFFFF, ERROR_INVALID_HANDLE, false},
         {"user32.dll", "keybd_event", CannotFail, 0, 0, false},
+        // Imported only by the hardened build: its standard-library assertions and the runtime around them.
+        {"msvcrt.dll", "_assert", Runtime, 0, 0, false},
+        {"msvcrt.dll", "getenv", Runtime, 0, 0, false},
+        {"msvcrt.dll", "isspace", Runtime, 0, 0, false},
+        {"msvcrt.dll", "sprintf", Runtime, 0, 0, false},
+        {"msvcrt.dll", "strstr", Runtime, 0, 0, false},
+        {"msvcrt.dll", "strtoul", Runtime, 0, 0, false},
         // Bound at run time through GetProcAddress.
         {"kernel32.dll", "CreateToolhelp32Snapshot", Fails, reinterpret_cast<uint64_t>(INVALID_HANDLE_VALUE),
          ERROR_NOT_ENOUGH_MEMORY, false},
