@@ -166,6 +166,9 @@ public:
         const Answer normal = Once(op, opName + " (counting)");
         Arm(false);
         const std::vector<uint64_t> counts = Counts();
+        reached_.resize(std::max(reached_.size(), counts.size()));
+        for (size_t function = 0; function < counts.size(); ++function)
+            reached_[function] = reached_[function] || counts[function] > 0;
         if (normal.status == TAV_E_EXCEPTION || normal.status <= kBadAlloc) {
             Fail(area, opName + ": fails with nothing refused: " + Show(normal));
             return;
@@ -210,6 +213,12 @@ public:
             points += totals.points;
             failed += totals.failed;
         }
+        // Watched functions no operation reached (the operations that call them are not driven here).
+        std::string unreached;
+        for (size_t function = 0; function < FunctionCount(); ++function)
+            if (function >= reached_.size() || !reached_[function])
+                unreached += " " + FunctionName(function);
+        printf("watched functions no operation reached:%s\n", unreached.empty() ? " none" : unreached.c_str());
         for (const std::string& unknown : UnknownBindings()) {
             printf("FAIL run-time binding without a row: %s\n", unknown.c_str());
             ++failed;
@@ -321,6 +330,7 @@ private:
     bool quick_;
     int maxPoints_;
     std::map<std::string, AreaTotals> areas_;
+    std::vector<bool> reached_;
 };
 
 }  // namespace
