@@ -26,7 +26,7 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
 PACKAGES += xdotool:xdotool x11-xserver-utils:xmodmap
 
 .PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
-        format-check docs dist export-baseline
+        format-check docs dist export-baseline faults
 
 all: build
 
@@ -77,6 +77,18 @@ hardened-build: deps
 	cmake --build $(HARDENED_BUILD) -j $(JOBS)
 test-hardened: hardened-build
 	cd $(HARDENED_BUILD) && ctest --output-on-failure --timeout 900 -j $(TEST_JOBS)
+
+# Every system call made to fail in turn, on the hardened variant: faults.exe runs each operation once counting its
+# calls, then once per (function, k-th call) with that call failing (at most FAULT_POINTS calls of one function: the
+# first, the last and a spread), and ends with a table per area and `faults: N operations, M injection points, F
+# failed`. FAULT_AREA runs one area only.
+FAULT_POINTS ?= 64
+FAULT_AREA ?=
+faults: hardened-build
+	@$(SESSION) start $(HARDENED_BUILD) && status=0; \
+	$(SESSION) run $(HARDENED_BUILD) $(HARDENED_BUILD)/bin/faults.exe --all --max-points $(FAULT_POINTS) \
+	    $(if $(FAULT_AREA),--area $(FAULT_AREA)) || status=1; \
+	$(SESSION) stop $(HARDENED_BUILD); exit $$status
 
 # The long hostile-input pass, on the hardened variant: TAVUTIL_FUZZ_INPUTS inputs per driver (default
 # 1,000,000), one process per driver, FUZZ_JOBS at a time, and a table at the end (cmake/fuzz-long.sh).

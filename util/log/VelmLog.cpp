@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <new>
 
 namespace {
 
@@ -34,9 +35,11 @@ std::wstring NowTime() {
         state.tickBaseSet = true;
     }
     long milliseconds = static_cast<long>((GetTickCount() - state.tickBase) % 1000);
-    wchar_t stamp[96];
-    _snwprintf(stamp, 95, L"%ls.%03ld", clock, milliseconds);
-    stamp[95] = L'\0';
+    // A stamp that cannot be formatted is a failed time read: the fixed text, never the buffer's unwritten
+    // contents.
+    wchar_t stamp[96] = {};
+    if (_snwprintf(stamp, 95, L"%ls.%03ld", clock, milliseconds) < 0)
+        return L"Error in NowTime()";
     return stamp;
 }
 
@@ -55,7 +58,14 @@ void Emit(const std::wstring& text) {
 
 VelmLog::VelmLog() = default;
 
-VelmLog::~VelmLog() { Emit(os.str()); }
+// A record that cannot be composed or written because memory is refused is dropped: the log reports nothing
+// back, and an exception leaving a destructor would end the host program.
+VelmLog::~VelmLog() {
+    try {
+        Emit(os.str());
+    } catch (const std::bad_alloc&) {
+    }
+}
 
 std::wostringstream& VelmLog::Get(VelmLogLevel level, const std::wstring& fileName, int lineNumber,
                                   const std::wstring& function) {
