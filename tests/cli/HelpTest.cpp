@@ -110,6 +110,7 @@ TEST(CliHelp, HelpDoesNothingElseWhateverTheRestOfTheLineAsks) {
         {L"pick-file", {}},
         {L"pick-folder", {L"C:\\windows"}},
         {L"progid-server", {L"WScript.Shell"}},
+        {L"record", {L"--seconds", L"600"}},
         {L"reg", {L"write", std::wstring(L"HKCU\\") + kProbeKey, L"value", L"text"}},
         {L"release-all", {}},
         {L"run", {L"notepad.exe"}},
