@@ -50,6 +50,10 @@ struct Operation {
     // Set where the platform itself keeps kernel handles with every run (measured with raw calls, outside
     // the library): why; the handle count is then not compared, the other counts are.
     const char* platformKeepsHandles = nullptr;
+    // Set where the platform makes and ends a window of its own, with its memory, on a thread of its own while
+    // the operation runs, so that the window and heap counts of a batch depend on when that thread last ran:
+    // why; those two counts are then not compared, handles and GDI objects are.
+    const char* platformWorkerWindow = nullptr;
 };
 
 // Runs the C++ form `call`, turning the exceptions that leave it into the codes above.

@@ -136,6 +136,10 @@ Growth Between(const soak::Reading& before, const soak::Reading& after) {
 Growth Counted(const Operation& op, Growth growth) {
     if (op.platformKeepsHandles != nullptr)
         growth.handles = 0;
+    if (op.platformWorkerWindow != nullptr) {
+        growth.windows = 0;
+        growth.heap = 0;
+    }
     return growth;
 }
 
