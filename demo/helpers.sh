@@ -17,13 +17,23 @@ shell_word() {
     esac
 }
 
+# An answer that is one empty line (a support query for an address that is not the maker's) would read as a
+# stray blank in the demo: it is shown as "(empty answer)". Any other output passes as it is.
+mark_empty() {
+    awk '{ line = $0; sub(/\r$/, "", line) }
+         NR == 1 && line == "" { held = 1; next }
+         held { print ""; held = 0 }
+         { print }
+         END { if (held) print "(empty answer)" }'
+}
+
 # Runs tavutil.exe with ARGS, echoed as it can be pasted into a shell; a failure the demo means to show ends
 # with its status.
 tav() {
     printf '$ tavutil'
     for word in "$@"; do printf ' %s' "$(shell_word "$word")"; done
     printf '\n'
-    "$session" run "$build" "$build/bin/tavutil.exe" "$@" 2>&1 | quiet
+    "$session" run "$build" "$build/bin/tavutil.exe" "$@" 2>&1 | quiet | mark_empty
     local status=${PIPESTATUS[0]}
     [ "$status" = 0 ] || echo "(exit status $status)"
     return "$status"

@@ -47,6 +47,11 @@ check "tav echoes, drops the machinery and Wine's noise, shows the status" \
     "$output"
 check "tav returns the program's status" 1 "$status"
 
+check "one empty answer line is shown as such" "(empty answer)" "$(printf '\r\n' | mark_empty)"
+check "an empty line among others stays" "$(printf 'a\n\nb')" "$(printf 'a\n\nb\n' | mark_empty)"
+check "an empty first line before others stays" "$(printf '\nb')" "$(printf '\nb\n' | mark_empty)"
+check "no output stays no output" "" "$(printf '' | mark_empty)"
+
 last=$(grep -v '^[[:space:]]*$' "$root/demo/demo.sh" | tail -n 1)
 check "the demo ends on the line that says where the screenshots are" \
     "printf '\\nThe screenshots are in %s: demo-keys.png, demo-folder-picker.png\\n' \"\$build\"" "$last"
