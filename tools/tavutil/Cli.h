@@ -12,6 +12,9 @@
 
 namespace cli {
 
+// The longest wait a command line may ask for (a delay before typing, a wait for the user to let go).
+inline constexpr int kMaximumDelayMs = 600000;
+
 using Args = std::vector<std::wstring>;  // the operands after the verb
 
 enum Status : int { kDone = 0, kNotFound = 1, kWrongUsage = 2 };

@@ -90,8 +90,7 @@ std::wstring FocusedText() {
     return buffer.data();
 }
 
-// The longest wait before typing and the longest pause between keys a command line may ask for.
-const int kMaximumDelayMs = 600000;
+// The longest pause between keys a command line may ask for (the longest wait is cli::kMaximumDelayMs).
 const int kMaximumPerKeyMs = 10000;
 
 std::wstring Entries(size_t count) { return std::to_wstring(count) + (count == 1 ? L" entry" : L" entries"); }
@@ -167,7 +166,7 @@ tav::keys::SendOptions TypingOptions(const cli::Call& call) {
     send.keyHoldMs = static_cast<DWORD>(call.Number(L"--hold", 0, 0, kMaximumPerKeyMs));
     if (call.Has(L"--wait-release")) {
         send.flags |= tav::keys::kSendWaitForRelease;
-        send.waitReleaseMs = static_cast<DWORD>(call.Number(L"--wait-release", 0, 0, kMaximumDelayMs));
+        send.waitReleaseMs = static_cast<DWORD>(call.Number(L"--wait-release", 0, 0, cli::kMaximumDelayMs));
     }
     if (call.Has(L"--release-modifiers"))
         send.flags |= tav::keys::kSendReleaseModifiers;
@@ -176,7 +175,7 @@ tav::keys::SendOptions TypingOptions(const cli::Call& call) {
 
 int RunKeys(const cli::Call& call) {
     const cli::Args& args = call.args;
-    const int delay = call.Number(L"--delay", 0, 0, kMaximumDelayMs);
+    const int delay = call.Number(L"--delay", 0, 0, cli::kMaximumDelayMs);
     const tav::keys::SendOptions typing = TypingOptions(call);
     const bool json = call.Has(L"--json");
     cli::RequireCount(args, 1, 1);
@@ -209,7 +208,7 @@ int RunKeys(const cli::Call& call) {
 // --delay waits before typing (time to bring the target to the front), as for keys; the typing options as for keys.
 int RunType(const cli::Call& call) {
     const cli::Args& args = call.args;
-    const int delay = call.Number(L"--delay", 0, 0, kMaximumDelayMs);
+    const int delay = call.Number(L"--delay", 0, 0, cli::kMaximumDelayMs);
     const tav::keys::SendOptions typing = TypingOptions(call);
     cli::RequireCount(args, 1, 1);
     if (delay > 0)

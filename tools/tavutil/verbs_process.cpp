@@ -9,12 +9,10 @@
 
 namespace {
 
-const int kMaximumDelayMs = 600000;
-
 int RunForeground(const cli::Call& call) {
     const bool full = call.Has(L"--full");
     const bool strip = call.Has(L"--strip");
-    const int delay = call.Number(L"--after", 0, 0, kMaximumDelayMs);
+    const int delay = call.Number(L"--after", 0, 0, cli::kMaximumDelayMs);
     cli::RequireCount(call.args, 0, 0);
     Sleep(static_cast<DWORD>(delay));
 

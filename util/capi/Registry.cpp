@@ -10,12 +10,6 @@ struct tav_registry_t {
     CRegistry key;
 };
 
-namespace {
-
-HKEY Key(tav_hkey key) { return static_cast<HKEY>(key); }
-
-}  // namespace
-
 extern "C" {
 
 tav_registry tav_registry_create(void) {
@@ -27,7 +21,7 @@ void tav_registry_destroy(tav_registry key) { delete key; }
 int32_t tav_registry_open(tav_registry key, tav_hkey root, const wchar_t* path, int32_t read_only) {
     return OnHandle(key, {path}, [&]() -> int32_t {
         const bool readOnly = Flag(read_only);
-        return key->key.OpenKey(Key(root), path, readOnly);
+        return key->key.OpenKey(HkeyOf(root), path, readOnly);
     });
 }
 

@@ -20,8 +20,6 @@ static_assert(sizeof(tav_rect) == sizeof(RECT) && sizeof(tav_point) == sizeof(PO
 
 namespace {
 
-HKEY Key(tav_hkey key) { return static_cast<HKEY>(key); }
-
 // The geometry reads start from the caller's record, as the C++ reads do: a stored value shorter than the
 // record replaces only its first bytes and leaves the rest as the caller had it.
 template <typename Record, typename Object> void CopyRecord(const Object& from, Record* to) {
@@ -39,7 +37,7 @@ tav_settings tav_settings_create(void) {
 void tav_settings_destroy(tav_settings settings) { delete settings; }
 
 int32_t tav_settings_set_root(tav_settings settings, tav_hkey root) {
-    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.SetRootKey(Key(root)); });
+    return OnHandle(settings, {}, [&]() -> int32_t { return settings->settings.SetRootKey(HkeyOf(root)); });
 }
 
 int32_t tav_settings_get_root(tav_settings settings, tav_hkey* root) {
@@ -72,7 +70,7 @@ int32_t tav_settings_current_path(tav_settings settings, wchar_t* buffer, size_t
 }
 
 int32_t tav_settings_key_exists(tav_settings settings, const wchar_t* path, tav_hkey root) {
-    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, Key(root)); });
+    return OnHandle(settings, {path}, [&]() -> int32_t { return settings->settings.KeyExists(path, HkeyOf(root)); });
 }
 
 int32_t tav_settings_delete_key(tav_settings settings, const wchar_t* path) {

@@ -1,6 +1,8 @@
 // The recorder's hook: one low-level keyboard hook per thread that records, shared by its recorders.
 #include "keys/KeyRecorder.h"
 
+#include "platform/detail/LibraryModule.h"
+
 #include <algorithm>
 
 namespace tav::keys {
@@ -24,13 +26,6 @@ LRESULT CALLBACK RecorderHook(int code, WPARAM message, LPARAM data) {
     return CallNextHookEx(nullptr, code, message, data);
 }
 
-HMODULE ThisModule() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&RecorderHook), &module);
-    return module;
-}
-
 bool IsDown(int vk) { return (GetAsyncKeyState(vk) & 0x8000) != 0; }
 
 unsigned ModifiersDownNow() {
@@ -52,7 +47,7 @@ KeyRecorder::KeyRecorder(DWORD flags) : flags_(flags), heldAtStart_(ModifiersDow
     // Room for a good deal of typing up front: the hook should not wait on the allocator.
     keys_.reserve(4096);
     if (t_recorders == nullptr) {
-        HHOOK hook = SetWindowsHookExW(WH_KEYBOARD_LL, RecorderHook, ThisModule(), 0);
+        HHOOK hook = SetWindowsHookExW(WH_KEYBOARD_LL, RecorderHook, tav::platform::detail::LibraryModule(), 0);
         if (hook == nullptr) {
             hookError_ = GetLastError();
             return;

@@ -1,6 +1,8 @@
 // The modifier watch: a low-level keyboard hook of the calling thread that notes the modifier key events.
 #include "keys/ModifierWatch.h"
 
+#include "platform/detail/LibraryModule.h"
+
 namespace tav::keys {
 
 namespace {
@@ -8,14 +10,6 @@ namespace {
 // The watch whose hook is installed; set and cleared by the watch itself, read by the hook, which the system
 // calls on the thread that installed it. One at a time (see the class).
 ModifierWatch* g_activeWatch = nullptr;
-
-// The module the hook procedure lives in: this DLL.
-HMODULE ThisModule() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&ModifierBit), &module);
-    return module;
-}
 
 }  // namespace
 
@@ -43,7 +37,7 @@ ModifierSet ModifiersDown() {
 ModifierWatch::ModifierWatch(ModifierSet held) : userHeld_(held), logicallyDown_(held) {
     if (g_activeWatch != nullptr)
         return;
-    hook_ = SetWindowsHookExW(WH_KEYBOARD_LL, &ModifierWatch::Callback, ThisModule(), 0);
+    hook_ = SetWindowsHookExW(WH_KEYBOARD_LL, &ModifierWatch::Callback, tav::platform::detail::LibraryModule(), 0);
     if (hook_ != nullptr)
         g_activeWatch = this;
 }

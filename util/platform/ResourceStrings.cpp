@@ -1,18 +1,11 @@
 #include "platform/CString.h"
+#include "platform/detail/LibraryModule.h"
 
 #include <vector>
 
 namespace tav {
 
 namespace {
-
-// The module this code is linked into: TavUtil.dll.
-HMODULE LibraryModule() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&LibraryModule), &module);
-    return module;
-}
 
 bool LoadFrom(HMODULE module, UINT id, std::wstring& text) {
     // With a zero buffer size, LoadStringW hands out a read-only pointer to the resource text itself.
@@ -28,7 +21,7 @@ bool LoadFrom(HMODULE module, UINT id, std::wstring& text) {
 
 bool LoadResourceString(UINT id, std::wstring& text) {
     text.clear();
-    return LoadFrom(GetModuleHandleW(nullptr), id, text) || LoadFrom(LibraryModule(), id, text);
+    return LoadFrom(GetModuleHandleW(nullptr), id, text) || LoadFrom(platform::detail::LibraryModule(), id, text);
 }
 
 std::wstring FormatWideV(const wchar_t* format, va_list args) {

@@ -131,4 +131,7 @@ template <typename Query> int32_t QueriedText(Query query, wchar_t* buffer, size
     return WithText(found ? 1 : 0, CopyText(text, buffer, capacity, needed));
 }
 
+// A registry root or key of the C interface as Windows has it (the predefined keys keep their values).
+inline HKEY HkeyOf(tav_hkey key) { return static_cast<HKEY>(key); }
+
 }  // namespace tav::capi::detail
