@@ -24,14 +24,19 @@ PACKAGES := g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix \
 # Physical input for the keys tests: keys held and typed as a person would, through the X server.
 # xmodmap gives Wine a keymap with every printable ASCII character on its US key (tests/support/TestKeyboard.md).
 PACKAGES += xdotool:xdotool x11-xserver-utils:xmodmap
+# What `make demo` needs on its own (no test, documentation or Microsoft-ABI tools), so that a fresh machine
+# installs less before the demo runs.
+DEMO_PACKAGES := $(filter g++-mingw-w64% binutils-mingw-w64% wine64:% wine:% xvfb:% xauth:% cmake:% ninja-build:% \
+                          nlohmann-json3-dev:% x11-xserver-utils:%,$(PACKAGES))
 
-.PHONY: all deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
+.PHONY: all deps demo-deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
         format-check docs dist export-baseline faults
 
 all: build
 
-deps:
-	@missing=""; for entry in $(PACKAGES); do \
+# Installs with apt-get the packages of a list whose probe (a command, or a path) is missing.
+define install_missing
+	@missing=""; for entry in $(1); do \
 	    pkg=$${entry%%:*}; probe=$${entry#*:}; \
 	    if [ "$${probe#/}" != "$$probe" ]; then [ -e "$$probe" ] || missing="$$missing $$pkg"; \
 	    else command -v "$$probe" >/dev/null 2>&1 || missing="$$missing $$pkg"; fi; \
@@ -42,13 +47,21 @@ deps:
 	    $$SUDO apt-get update -qq && \
 	    DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq --no-install-recommends $$missing; \
 	fi
+endef
+
+deps:
+	$(call install_missing,$(PACKAGES))
+demo-deps:
+	$(call install_missing,$(DEMO_PACKAGES))
 
 # Configures when the folder is new or was configured for another CONFIG. The compile commands
 # (compile_commands.json) are written for editors; the source root gets a link to those of the default build.
 configure: deps
 	@if [ ! -f $(BUILD)/build.ninja ] || \
-	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null; then \
-	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG); \
+	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null || \
+	    ! grep -qx 'TAVUTIL_BUILD_TESTS:BOOL=ON' $(BUILD)/CMakeCache.txt; then \
+	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG) \
+	        -DTAVUTIL_BUILD_TESTS=ON -DTAVUTIL_BUILD_DOCS=ON -DTAVUTIL_BUILD_BENCH=ON; \
 	fi
 	@[ -e compile_commands.json ] || [ "$(BUILD)" != build ] || ln -s build/compile_commands.json .
 
@@ -108,8 +121,15 @@ FUZZ_DRIVERS ?= Automation CapiAutomation RunningObjects CapiRunningObjects Wind
 fuzz-ranges: hardened-build
 	bash cmake/fuzz-ranges.sh $(HARDENED_BUILD) tests/fuzz/long-pass-ledger.txt $(FUZZ_MINUTES) $(FUZZ_DRIVERS)
 
-# The demonstration needs only the DLL and the command-line tool.
-demo: configure
+# The demonstration needs only the DLL and the command-line tool. A folder that `make test` configured is used as
+# it is; a new one is configured without the tests, the benchmarks and the documentation (`make test` adds
+# them later).
+demo: demo-deps
+	@if [ ! -f $(BUILD)/build.ninja ] || \
+	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null; then \
+	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG) \
+	        -DTAVUTIL_BUILD_TESTS=OFF -DTAVUTIL_BUILD_DOCS=OFF -DTAVUTIL_BUILD_BENCH=OFF; \
+	fi
 	cmake --build $(BUILD) --target tavutil -j $(JOBS)
 	bash demo/demo.sh $(BUILD)
 

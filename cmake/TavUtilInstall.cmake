@@ -45,7 +45,9 @@ install(FILES ${CMAKE_BINARY_DIR}/TavUtilConfig.cmake ${CMAKE_BINARY_DIR}/TavUti
 # the compatibility promise and the reference documentation of the C interface (cmake/TavUtilDocs.cmake).
 install(FILES README.md LICENSE CHANGELOG.md docs/keystroke-scripts.md docs/security.md docs/compatibility.md
     DESTINATION share/doc/TavUtil)
-install(DIRECTORY ${TAVUTIL_DOCS_DIR}/html DESTINATION share/doc/TavUtil)
+if(TAVUTIL_BUILD_DOCS)
+    install(DIRECTORY ${TAVUTIL_DOCS_DIR}/html DESTINATION share/doc/TavUtil)
+endif()
 
 # `make dist`: the release zip dist/TavUtil-<version>-win64.zip and its .sha256 (cmake/make-dist.sh), made from
 # what `cmake --install` lays out.
@@ -53,4 +55,7 @@ add_custom_target(dist
     COMMAND ${CMAKE_SOURCE_DIR}/cmake/make-dist.sh ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR}/dist ${PROJECT_VERSION}
     COMMENT "Packing dist/TavUtil-${PROJECT_VERSION}-win64.zip"
     VERBATIM)
-add_dependencies(dist TavUtil tavutil docs)
+add_dependencies(dist TavUtil tavutil)
+if(TAVUTIL_BUILD_DOCS)
+    add_dependencies(dist docs)
+endif()
