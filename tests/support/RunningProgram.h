@@ -61,8 +61,14 @@ public:
                 return found != nullptr;
             },
             timeoutMs);
-        if (found != nullptr)
+        if (found != nullptr) {
+            // Its thread can answer while it is still inside CreateWindowEx or ShowWindow (a thread that sends a
+            // message to another thread answers what is sent to it meanwhile): seen once on a loaded machine,
+            // where the test then brought the window forward before it was shown and the desktop ended up in
+            // front. The program is done with both once it first waits for input.
+            WaitForInputIdle(process_.get(), timeoutMs);
             SyncWithThreadOf(found, timeoutMs);
+        }
         return found;
     }
 
