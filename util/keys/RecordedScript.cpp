@@ -9,6 +9,7 @@
 #include "keys/KeyRecorder.h"
 
 #include "keys/KeyStages.h"
+#include "keys/detail/KeysInternal.h"
 
 #include <array>
 #include <map>
@@ -25,14 +26,6 @@ const wchar_t* const kWrittenNames[] = {
     L"SCROLLOCK", L"SLEEP", L"F1",   L"F2",  L"F3",     L"F4",    L"F5",    L"F6",       L"F7",
     L"F8",        L"F9",    L"F10",  L"F11", L"F12",    L"F13",   L"F14",   L"F15",      L"F16",
 };
-
-// The language's own characters: typed literally only in braces (as SendKeysRemoveSpecialChars writes them).
-bool IsSpecial(wchar_t ch) {
-    for (const wchar_t* at = L"%()*+[]^{}~"; *at != L'\0'; ++at)
-        if (*at == ch)
-            return true;
-    return false;
-}
 
 // The keyboard as the script language sees it: which character each key gives with which of Shift,
 // Control and Alt, and each key's name.
@@ -117,7 +110,7 @@ struct Token {
     // Whether a run of this press is written with a count ({TAB 3}, {+ 2}) rather than repeated.
     bool enter = false;  // Enter, written as ~
 
-    bool Counted() const { return name != nullptr || (!enter && IsSpecial(character)); }
+    bool Counted() const { return name != nullptr || (!enter && detail::IsScriptSpecial(character)); }
     bool SameKey(const Token& other) const {
         return name == other.name && character == other.character && enter == other.enter &&
                modifiers == other.modifiers;

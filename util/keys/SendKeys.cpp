@@ -120,15 +120,22 @@ SKERR SendKeysEx(const wchar_t* script, const tav::keys::SendOptions& options) {
 }
 
 void SendKeysRemoveSpecialChars(CString& text) {
+    // Sized once: every special character takes two more units. Text of any length is escaped in one pass
+    // over it and one over the result, with no reallocation (make bench's growth row).
+    const int length = text.GetLength();
+    int specials = 0;
+    for (int i = 0; i < length; ++i)
+        specials += tav::keys::detail::IsScriptSpecial(text.GetAt(i)) ? 1 : 0;
     CString escaped;
-    for (int i = 0; i < text.GetLength(); ++i) {
-        wchar_t ch = text.GetAt(i);
-        if (wcschr(L"%()*+[]^{}~", ch) != nullptr && ch != L'\0') {
-            escaped += L'{';
-            escaped += ch;
-            escaped += L'}';
+    wchar_t* out = escaped.GetBufferSetLength(length + 2 * specials);
+    for (int i = 0; i < length; ++i) {
+        const wchar_t ch = text.GetAt(i);
+        if (tav::keys::detail::IsScriptSpecial(ch)) {
+            *out++ = L'{';
+            *out++ = ch;
+            *out++ = L'}';
         } else {
-            escaped += ch;
+            *out++ = ch;
         }
     }
     text = escaped;

@@ -8,9 +8,14 @@
 
 #include <windows.h>
 
+#include <cwchar>
 #include <vector>
 
 namespace tav::keys::detail {
+
+// The language's own characters, typed literally only in braces: SendKeysRemoveSpecialChars escapes them and
+// the recorder writes them so. A NUL is not one of them.
+inline bool IsScriptSpecial(wchar_t ch) { return ch != L'\0' && wcschr(L"%()*+[]^{}~", ch) != nullptr; }
 
 // The player's state between two key events.
 struct PlayerState {
