@@ -1,5 +1,6 @@
 #include "HookChain.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 
@@ -49,8 +50,11 @@ void HookRounds::Add(const std::vector<double>& times, size_t events) {
     std::printf("  round %zu: median %.2f us, max %.1f us over %zu events, load %s\n", rounds.size() + 1, spread.median,
                 spread.max, times.size(), LoadAverage().c_str());
     std::fflush(stdout);
-    if (rounds.empty() || spread.max < best.max)
+    if (rounds.empty())
         best = spread;
+    best.median = std::min(best.median, spread.median);
+    best.min = std::min(best.min, spread.min);
+    best.max = std::min(best.max, spread.max);
     rounds.push_back(spread);
 }
 

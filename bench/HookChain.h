@@ -12,9 +12,9 @@
 // least any hook costs here. Rounds of the two alternate, so that both see the same load.
 //
 // On a machine busy with other work the server process waits for a processor now and then, for a
-// scheduler slice or more; that, not the hook, sets a round's maximum. So a measurement runs in rounds and
-// the round with the smallest maximum counts, as the frame counts the fastest batch, and every row shows
-// the machine's load average beside its figure.
+// scheduler slice or more; that, not the hook, sets a round's maximum (and a busy stretch its median). So a
+// measurement runs in rounds and the smallest median and the smallest maximum of its rounds count, as the
+// frame counts the fastest batch; every row says so and shows the machine's load average beside its figure.
 #pragma once
 
 #include "Bench.h"
@@ -30,7 +30,7 @@ namespace bench {
 // The rounds of one measurement, microseconds per event, and the round that counts.
 struct HookRounds {
     std::vector<Spread> rounds;
-    Spread best;           // the round with the smallest maximum
+    Spread best;           // the smallest median, minimum and maximum of the rounds
     bool complete = true;  // every round timed all its events
     void Add(const std::vector<double>& times, size_t events);
 };

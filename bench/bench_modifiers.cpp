@@ -54,7 +54,7 @@ HWND ShowTargetInFront() {
 // The watch's callback, called directly for 10,000 events of every kind (modifiers and other keys, down
 // and up, injected and not) while the watch is active: microseconds per call, its CallNextHookEx included. A
 // round on a machine loaded by others has its maximum set by a preemption, never by the callback: of five
-// rounds, the one with the smallest maximum counts (its median with it), as the frame counts the fastest
+// rounds, the smallest median and the smallest maximum count (HookChain.h), as the frame counts the fastest
 // batch.
 std::vector<double> CallbackRound(const tav::keys::ModifierWatch& watch) {
     const int kEvents = 10000;
