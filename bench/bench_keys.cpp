@@ -3,6 +3,7 @@
 // character (delivery); every turn checks that exactly the text arrived. Then the parse of a full queue
 // as a share of typing it.
 #include "Bench.h"
+#include "BenchWindow.h"
 
 #include <TavUtil.h>
 
@@ -23,39 +24,7 @@ const int kRepetitions = 3;  // per turn; the fastest counts (see Bench.h)
 // keystrokes and not the receiver's layout work.
 std::wstring g_received;
 
-LRESULT CALLBACK TargetProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_CHAR) {
-        g_received.push_back(static_cast<wchar_t>(wParam));
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
-void Pump() {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
-}
-
-HWND ShowTargetInFront() {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = TargetProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"TavKeysBenchTarget";
-    RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench keys", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400, 300,
-                                  nullptr, nullptr, wc.hInstance, nullptr);
-    for (int i = 0; i < 200 && GetForegroundWindow() != window; ++i) {
-        SetForegroundWindow(window);
-        Pump();
-        Sleep(10);
-    }
-    SetFocus(window);
-    Pump();
-    return window;
-}
+using bench::Pump;
 
 // Pumps until the target holds `length` characters (20 s at most); answers how many it holds.
 int PumpUntilLength(size_t length) {
@@ -123,8 +92,8 @@ std::string DeliveredText(int delivered) {
 }  // namespace
 
 int main() {
-    HWND window = ShowTargetInFront();
-    if (GetForegroundWindow() != window || GetFocus() != window) {
+    const bench::Window target(L"bench keys", bench::KeepCharacters(g_received));
+    if (GetForegroundWindow() != target.get() || GetFocus() != target.get()) {
         std::fprintf(stderr, "bench_keys: the target window did not come to the front\n");
         return 1;
     }
@@ -158,6 +127,5 @@ int main() {
     char share[32];
     std::snprintf(share, sizeof share, "%.2f%%", 100.0 * parse / type);
     bench::AddRow("parse of a full queue (6144) as a share of typing it", share, "-", true);
-    DestroyWindow(window);
     return bench::Finish();
 }

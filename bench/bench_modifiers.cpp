@@ -2,6 +2,7 @@
 // with the callback called directly (every key the user types waits on it, and the system removes a
 // low-level hook that is slow: HookChain.h), and the cost of kSendReleaseModifiers against the plain call
 // when no modifier is held.
+#include "BenchWindow.h"
 #include "HookChain.h"
 
 #include <TavUtil.h>
@@ -15,41 +16,9 @@
 
 namespace {
 
-void Pump() {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
-}
+using bench::Pump;
 
-size_t g_received = 0;
-
-LRESULT CALLBACK TargetProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_CHAR) {
-        ++g_received;
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
-HWND ShowTargetInFront() {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = TargetProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"TavModifiersBenchTarget";
-    RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench modifiers", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400,
-                                  300, nullptr, nullptr, wc.hInstance, nullptr);
-    for (int i = 0; i < 200 && GetForegroundWindow() != window; ++i) {
-        SetForegroundWindow(window);
-        Pump();
-        Sleep(10);
-    }
-    SetFocus(window);
-    Pump();
-    return window;
-}
+size_t g_received = 0;  // the characters the target window received
 
 // The watch's callback, called directly for 10,000 events of every kind (modifiers and other keys, down
 // and up, injected and not) while the watch is active: microseconds per call, its CallNextHookEx included. A
@@ -113,8 +82,11 @@ void CallbackTime() {
 int main() {
     CallbackTime();
 
-    HWND window = ShowTargetInFront();
-    if (GetForegroundWindow() != window) {
+    const bench::Window target(L"bench modifiers", [](UINT message, WPARAM, LPARAM) {
+        g_received += message == WM_CHAR ? 1 : 0;
+        return message == WM_CHAR;
+    });
+    if (GetForegroundWindow() != target.get()) {
         std::fprintf(stderr, "bench_modifiers: the target window did not come to the front\n");
         return bench::Finish();
     }
@@ -142,6 +114,5 @@ int main() {
     bench::Compare(
         "SendKeysEx release-modifiers vs SendKeys, 200 chars, no modifier held",
         [&] { SendKeysEx(script.c_str(), release); }, [&] { SendKeys(script.c_str()); }, options, drain);
-    DestroyWindow(window);
     return bench::Finish();
 }

@@ -2,6 +2,7 @@
 // snapshot or PSAPI calls its algorithm requires, with a window of the benchmark's own in front; and, for
 // reference, against one QueryFullProcessImageNameW of the same process.
 #include "Bench.h"
+#include "BenchWindow.h"
 
 #include <TavUtil.h>
 
@@ -13,36 +14,6 @@
 #include <string>
 
 namespace {
-
-LRESULT CALLBACK BenchWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
-void Pump() {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&msg);
-        DispatchMessageW(&msg);
-    }
-}
-
-// A visible window of the benchmark, brought to the front (polled for up to two seconds).
-HWND ShowWindowInFront() {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = BenchWindowProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"TavProcessBenchWindow";
-    RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"process bench", WS_OVERLAPPEDWINDOW, 30, 30, 300, 200, nullptr,
-                                  nullptr, wc.hInstance, nullptr);
-    ShowWindow(window, SW_SHOW);
-    for (int i = 0; i < 200 && GetForegroundWindow() != window; ++i) {
-        SetForegroundWindow(window);
-        Pump();
-        Sleep(10);
-    }
-    return window;
-}
 
 int RunningProcesses() {
     tav::UniqueSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
@@ -133,8 +104,8 @@ std::wstring RawImageName() {
 }  // namespace
 
 int main() {
-    HWND window = ShowWindowInFront();
-    if (GetForegroundWindow() != window) {
+    const bench::Window window(L"process bench");
+    if (GetForegroundWindow() != window.get()) {
         std::fprintf(stderr, "bench_process: the benchmark window did not come to the front\n");
         return 1;
     }
@@ -173,6 +144,5 @@ int main() {
             std::string(variant.name) + " vs QueryFullProcessImageNameW", library,
             [&] { sink = sink + RawImageName().size(); }, options);
     }
-    DestroyWindow(window);
     return bench::Finish();
 }

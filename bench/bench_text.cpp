@@ -3,6 +3,7 @@
 // window only collects its WM_CHAR units: an Edit control would spend most of the time laying out CJK and
 // emoji glyphs, which is not typing. The two alternate through the shared frame (Bench.h).
 #include "Bench.h"
+#include "BenchWindow.h"
 
 #include <TavUtil.h>
 
@@ -17,23 +18,10 @@ namespace {
 
 std::wstring g_received;  // the units the window's WM_CHAR messages carried, in order
 
-LRESULT CALLBACK CollectorProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_CHAR) {
-        g_received += static_cast<wchar_t>(wParam);
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
 void PumpUntilReceived(size_t length) {
     DWORD start = GetTickCount();
-    while (g_received.size() < length && GetTickCount() - start < 20000) {
-        MSG msg;
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageW(&msg);
-        }
-    }
+    while (g_received.size() < length && GetTickCount() - start < 20000)
+        bench::Pump();
 }
 
 INPUT Key(WORD vk, WORD scan, DWORD flags) {
@@ -112,15 +100,7 @@ void LibraryType(const std::wstring& text) { SendText(text.c_str()); }
 }  // namespace
 
 int main() {
-    WNDCLASSW wc = {};
-    wc.lpfnWndProc = CollectorProc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"BenchTextCollector";
-    RegisterClassW(&wc);
-    HWND window = CreateWindowExW(0, wc.lpszClassName, L"bench text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 400, 200,
-                                  nullptr, nullptr, wc.hInstance, nullptr);
-    SetForegroundWindow(window);
-    SetFocus(window);
+    const bench::Window window(L"bench text", bench::KeepCharacters(g_received));
     PumpUntilReceived(0);
 
     const std::wstring text = MixedText();
@@ -139,7 +119,6 @@ int main() {
     bench::AddRow("SendText 1000 mixed units: delivered whole", WholeText(library), "all",
                   library.whole == library.turns);
     bench::AddRow("SendInput loop: delivered whole", WholeText(baseline), "-", true);
-    DestroyWindow(window);
     bench::Finish();
     return library.whole == library.turns ? 0 : 1;
 }

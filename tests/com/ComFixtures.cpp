@@ -77,37 +77,17 @@ RotRegistration::~RotRegistration() {
         table->Revoke(cookie_);
 }
 
-namespace {
-
-HWND MakeWindow(const wchar_t* className, DWORD style) {
-    WNDCLASSW windowClass = {};
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = className;
-    RegisterClassW(&windowClass);
-    return CreateWindowExW(0, className, L"TavUtil com test", style, 40, 40, 300, 200, nullptr, nullptr,
-                           GetModuleHandleW(nullptr), nullptr);
+tavtest::TestWindow SuiteHiddenWindow() {
+    auto options = tavtest::TestWindow::Options().Titled(L"TavUtil com test").Styled(WS_POPUP).Placed(40, 40, 300, 200);
+    options.className = L"HarrowHiddenWndClass";
+    return tavtest::TestWindow(options);
 }
 
-void DropWindow(HWND window, const wchar_t* className) {
-    if (window != nullptr)
-        DestroyWindow(window);
-    tavtest::PumpMessages();
-    UnregisterClassW(className, GetModuleHandleW(nullptr));
+tavtest::TestWindow ForegroundWindow() {
+    auto options = tavtest::TestWindow::Options().Titled(L"TavUtil com test").Placed(40, 40, 300, 200);
+    options.front = true;
+    return tavtest::TestWindow(options);
 }
-
-constexpr const wchar_t* kHiddenClass = L"HarrowHiddenWndClass";
-constexpr const wchar_t* kForegroundClass = L"TavUtilComTestForeground";
-
-}  // namespace
-
-SuiteHiddenWindow::SuiteHiddenWindow() : window_(MakeWindow(kHiddenClass, WS_POPUP)) {}
-SuiteHiddenWindow::~SuiteHiddenWindow() { DropWindow(window_, kHiddenClass); }
-
-ForegroundWindow::ForegroundWindow() : window_(MakeWindow(kForegroundClass, WS_OVERLAPPEDWINDOW | WS_VISIBLE)) {
-    tavtest::BringToFront(window_);
-}
-ForegroundWindow::~ForegroundWindow() { DropWindow(window_, kForegroundClass); }
 
 DWORD ForegroundLockTimeout::Current() {
     DWORD value = 0;

@@ -9,6 +9,7 @@
 
 #include "TestDispatch.h"
 #include "TestSupport.h"
+#include "TestWindow.h"
 
 #include <string>
 
@@ -75,26 +76,10 @@ private:
 };
 
 // A window of class "HarrowHiddenWndClass", as the suite's other module creates it: top-level, hidden.
-class SuiteHiddenWindow {
-public:
-    SuiteHiddenWindow();
-    ~SuiteHiddenWindow();
-    HWND get() const { return window_; }
-
-private:
-    HWND window_ = nullptr;
-};
+tavtest::TestWindow SuiteHiddenWindow();
 
 // A visible top-level window of the test, brought to the foreground.
-class ForegroundWindow {
-public:
-    ForegroundWindow();
-    ~ForegroundWindow();
-    HWND get() const { return window_; }
-
-private:
-    HWND window_ = nullptr;
-};
+tavtest::TestWindow ForegroundWindow();
 
 // Keeps the system's foreground lock time-out: sets a recognisable value for the test and writes the
 // original one back (to the user profile too) at the end.

@@ -27,8 +27,8 @@ bool IsOnThisThreadsStack(DWORD lowBits) {
 
 TEST_F(ComTest, TryToGetActiveObjectReturnsARegisteredObjectAtOnce) {
     ForegroundLockTimeout timeout;
-    SuiteHiddenWindow hidden;  // present, but not needed
-    ASSERT_NE(hidden.get(), nullptr);
+    tavtest::TestWindow hidden = SuiteHiddenWindow();  // present, but not needed
+    ASSERT_NE(hidden.hwnd(), nullptr);
     CComPtr<TestDispatch> object = MakeObject(L"registered");
     ActiveRegistration registration(object.p, kClsid);
     ASSERT_TRUE(registration.ok());
@@ -42,7 +42,7 @@ TEST_F(ComTest, TryToGetActiveObjectReturnsARegisteredObjectAtOnce) {
 
 TEST_F(ComTest, TryToGetActiveObjectWithoutHiddenWindowReturnsTheFirstFailure) {
     ForegroundLockTimeout timeout;
-    ForegroundWindow foreground;
+    tavtest::TestWindow foreground = ForegroundWindow();
     HWND before = GetForegroundWindow();
     ASSERT_EQ(FindWindowW(L"HarrowHiddenWndClass", nullptr), nullptr);
 
@@ -55,10 +55,10 @@ TEST_F(ComTest, TryToGetActiveObjectWithoutHiddenWindowReturnsTheFirstFailure) {
 
 TEST_F(ComTest, TryToGetActiveObjectNudgesAndFindsAnObjectRegisteredMeanwhile) {
     ForegroundLockTimeout timeout;
-    ForegroundWindow foreground;
-    ASSERT_EQ(GetForegroundWindow(), foreground.get());
-    SuiteHiddenWindow hidden;
-    ASSERT_NE(hidden.get(), nullptr);
+    tavtest::TestWindow foreground = ForegroundWindow();
+    ASSERT_EQ(GetForegroundWindow(), foreground.hwnd());
+    tavtest::TestWindow hidden = SuiteHiddenWindow();
+    ASSERT_NE(hidden.hwnd(), nullptr);
     // The second process registers its object 300 ms after it started: after the first lookup failed.
     ServerProcess server(L"--clsid " + std::wstring(kDelayedClsid) + L" --name late --active --delay 300");
     ASSERT_TRUE(server.ready());
@@ -66,7 +66,7 @@ TEST_F(ComTest, TryToGetActiveObjectNudgesAndFindsAnObjectRegisteredMeanwhile) {
     CComPtr<IUnknown> found;
     EXPECT_EQ(TryToGetActiveObject(ToClsid(kDelayedClsid), nullptr, &found), S_OK);
     EXPECT_EQ(NameOf(found), L"late");
-    EXPECT_EQ(GetForegroundWindow(), foreground.get());  // given back
+    EXPECT_EQ(GetForegroundWindow(), foreground.hwnd());  // given back
     // The time-out is "restored" with the address of the saved value, a local of the call on this stack.
     DWORD after = ForegroundLockTimeout::Current();
     EXPECT_NE(after, ForegroundLockTimeout::kSentinel);
@@ -75,12 +75,12 @@ TEST_F(ComTest, TryToGetActiveObjectNudgesAndFindsAnObjectRegisteredMeanwhile) {
 
 TEST_F(ComTest, TryToGetActiveObjectGivesUpAfterFiveNudgedAttempts) {
     ForegroundLockTimeout timeout;
-    ForegroundWindow foreground;
-    SuiteHiddenWindow hidden;
+    tavtest::TestWindow foreground = ForegroundWindow();
+    tavtest::TestWindow hidden = SuiteHiddenWindow();
     CComPtr<IUnknown> found;
     EXPECT_EQ(TryToGetActiveObject(ToClsid(kClsid), nullptr, &found), MK_E_UNAVAILABLE);
     EXPECT_FALSE(found);
-    EXPECT_EQ(GetForegroundWindow(), foreground.get());
+    EXPECT_EQ(GetForegroundWindow(), foreground.hwnd());
     EXPECT_TRUE(IsOnThisThreadsStack(ForegroundLockTimeout::Current())) << std::hex << ForegroundLockTimeout::Current();
 }
 
@@ -98,8 +98,8 @@ TEST_F(ComTest, TryToGetActiveObjectOpensTheOwnerWithTheOlderAllAccessMask) {
                              reinterpret_cast<void*>(&RecordingOpenProcess));
     ASSERT_TRUE(hook.installed());
     ForegroundLockTimeout timeout;
-    ForegroundWindow foreground;
-    SuiteHiddenWindow hidden;
+    tavtest::TestWindow foreground = ForegroundWindow();
+    tavtest::TestWindow hidden = SuiteHiddenWindow();
     openProcessAccess = 0;
     CComPtr<IUnknown> found;
     EXPECT_EQ(TryToGetActiveObject(ToClsid(kClsid), nullptr, &found), MK_E_UNAVAILABLE);

@@ -6,7 +6,6 @@
 #include <TavUtil.h>
 
 #include "../support/TestSupport.h"
-#include "ScopeExit.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +19,7 @@
 namespace {
 
 using desktoptest::DialogDriver;
-using desktoptest::TestWindow;
+using tavtest::TestWindow;
 
 // Where the folder dialog tests make their folders: a folder of their own at the root of the system drive,
 // on a path that no other test program writes in or reads. The folder tree tells folders apart by their
@@ -523,10 +522,12 @@ TEST_F(BrowseTest, SetStatusTextSixtyCharactersWithEditChild) {
 // With no dialog open the helper has no window to search: a top-level "Edit" of another program (here,
 // of the test) keeps its text, and nothing else is shown anywhere.
 TEST_F(BrowseTest, SetStatusTextWithoutDialogDoesNothing) {
-    HWND edit = CreateWindowExW(0, L"Edit", L"not yours", WS_OVERLAPPED, 0, 0, 200, 40, nullptr, nullptr,
-                                GetModuleHandleW(nullptr), nullptr);
+    auto options = TestWindow::Options().Titled(L"not yours").Styled(WS_OVERLAPPED).Placed(0, 0, 200, 40);
+    options.className = L"Edit";
+    options.systemClass = true;
+    TestWindow notYours(options);
+    HWND edit = notYours.hwnd();
     ASSERT_NE(edit, nullptr);
-    tavtest::ScopeExit destroy([&] { DestroyWindow(edit); });
     // Make it the first top-level "Edit" in the z-order, the one a search from the desktop finds.
     SetWindowPos(edit, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     ASSERT_EQ(FindWindowExW(nullptr, nullptr, L"Edit", nullptr), edit);

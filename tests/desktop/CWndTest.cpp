@@ -7,7 +7,7 @@
 namespace {
 
 TEST(CWnd, HoldsAHandleItDoesNotOwn) {
-    desktoptest::TestWindow window;
+    tavtest::TestWindow window;
     {
         CWnd wnd;
         EXPECT_EQ(wnd.GetSafeHwnd(), nullptr);

@@ -12,7 +12,7 @@
 
 namespace {
 
-using desktoptest::TestWindow;
+using tavtest::TestWindow;
 
 // Every test leaves the clipboard closed and empty, whatever happens in it.
 class ClipboardTest : public ::testing::Test {

@@ -20,9 +20,9 @@ std::vector<std::pair<UINT, WPARAM>> g_altMessages;
 
 // A visible window of the test that records the Alt key messages it receives and handles them itself (a lone
 // Alt would otherwise open its system menu's modal loop in the test's thread).
-desktoptest::TestWindow MakeRecorder() {
+tavtest::TestWindow MakeRecorder() {
     g_altMessages.clear();
-    return desktoptest::TestWindow(
+    return tavtest::TestWindow(
         [](UINT message, WPARAM wParam, LPARAM) {
             bool keyMessage =
                 message == WM_KEYDOWN || message == WM_KEYUP || message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
@@ -113,7 +113,7 @@ TEST(ForegroundAttentionGrabber, IsAScopeGuardThatCannotBeCopied) {
 // Makes `recorder` the foreground and focus window, then makes a grabber, handles the messages its Alt tap
 // brings and destroys it. False when the recorder could not be brought in front; `attached` tells whether the
 // grabber attached.
-bool GrabInFrontOf(const desktoptest::TestWindow& recorder, bool& attached) {
+bool GrabInFrontOf(const tavtest::TestWindow& recorder, bool& attached) {
     if (!tavtest::BringToFront(recorder.hwnd(), recorder.hwnd()))
         return false;
     g_altMessages.clear();
@@ -129,7 +129,7 @@ bool GrabInFrontOf(const desktoptest::TestWindow& recorder, bool& attached) {
 }
 
 TEST(ForegroundAttentionGrabber, OwnForegroundAttachesNothingButStillTapsAlt) {
-    desktoptest::TestWindow recorder = MakeRecorder();
+    tavtest::TestWindow recorder = MakeRecorder();
     bool attached = true;
     ASSERT_TRUE(GrabInFrontOf(recorder, attached));
     EXPECT_FALSE(attached);
@@ -148,7 +148,7 @@ TEST(ForegroundAttentionGrabber, DISABLED_NoAltTapOutsideNt) {
     ASSERT_TRUE(GetVersionExW(&version));
 #pragma GCC diagnostic pop
     ASSERT_EQ(version.dwPlatformId, static_cast<DWORD>(VER_PLATFORM_WIN32_WINDOWS));
-    desktoptest::TestWindow recorder = MakeRecorder();
+    tavtest::TestWindow recorder = MakeRecorder();
     bool attached = true;
     ASSERT_TRUE(GrabInFrontOf(recorder, attached));
     EXPECT_FALSE(attached);

@@ -10,7 +10,7 @@
 
 namespace {
 
-using desktoptest::TestWindow;
+using tavtest::TestWindow;
 
 static_assert(CWAIT_WAITING == 0 && CWAIT_ABORTED == 1 && CWAIT_TIMEOUT == 2 && CWAIT_QUIT == 3 && CWAIT_COMMAND == 4,
               "the status numbers are part of the interface");

@@ -19,7 +19,7 @@ TEST(WindowsHelper, FocusWindowOfNotepadIsItsEdit) {
 
 TEST(WindowsHelper, FocusWindowIsNullWhenTheAttachmentFails) {
     // A window of the calling thread: a thread cannot attach its input to itself.
-    desktoptest::TestWindow own(nullptr, true);
+    tavtest::TestWindow own(nullptr, true);
     ASSERT_NE(own.hwnd(), nullptr);
     EXPECT_EQ(cWindowsHelper::GetFocusWindow(own.hwnd()), nullptr);
 }
@@ -49,7 +49,7 @@ HWND MakeChild(HWND parent, const wchar_t* className, int id) {
 }
 
 TEST(WindowsHelper, ChildSearchReturnsTheLastMatchInEnumerationOrder) {
-    desktoptest::TestWindow parent;
+    tavtest::TestWindow parent;
     ASSERT_NE(parent.hwnd(), nullptr);
     ASSERT_NE(MakeChild(parent.hwnd(), L"Button", 1), nullptr);
     HWND box = MakeChild(parent.hwnd(), L"Static", 2);
@@ -66,7 +66,7 @@ TEST(WindowsHelper, ChildSearchReturnsTheLastMatchInEnumerationOrder) {
 }
 
 TEST(WindowsHelper, ChildSearchLooksAtGrandchildrenAndForgetsEarlierResults) {
-    desktoptest::TestWindow parent;
+    tavtest::TestWindow parent;
     HWND box = MakeChild(parent.hwnd(), L"Static", 1);
     ASSERT_NE(box, nullptr);
     HWND nested = MakeChild(box, L"Edit", 2);

@@ -10,6 +10,7 @@
 #include "Desktop.h"
 #include "Fuzz.h"
 #include "Peer.h"
+#include "TestWindow.h"
 
 #include <TavUtil.h>
 
@@ -153,32 +154,25 @@ TEST(Fuzz, CapiClipboard) {
 // A visible top-level window that takes the focus and records every character message it receives.
 class TextTarget {
 public:
-    TextTarget() {
-        WNDCLASSW windowClass = {};
-        windowClass.lpfnWndProc = &Proc;
-        windowClass.hInstance = GetModuleHandleW(nullptr);
-        windowClass.lpszClassName = L"TavUtilFuzzTextTarget";
-        RegisterClassW(&windowClass);
-        window_ = CreateWindowExW(0, windowClass.lpszClassName, L"fuzz text", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10,
-                                  300, 200, nullptr, nullptr, windowClass.hInstance, nullptr);
-    }
-    ~TextTarget() { DestroyWindow(window_); }
-    TextTarget(const TextTarget&) = delete;
-    TextTarget& operator=(const TextTarget&) = delete;
+    TextTarget() : window_(Options(), [](UINT message, WPARAM wParam, LPARAM) { return Record(message, wParam); }) {}
 
-    bool Front() { return GetForegroundWindow() == window_ || tavtest::BringToFront(window_); }
-    HWND window() const { return window_; }
+    bool Front() { return GetForegroundWindow() == window() || tavtest::BringToFront(window()); }
+    HWND window() const { return window_.hwnd(); }
     static inline Text received;
 
 private:
-    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_CHAR) {
-            received += static_cast<wchar_t>(wParam);
-            return 0;
-        }
-        return DefWindowProcW(window, message, wParam, lParam);
+    static tavtest::TestWindow::Options Options() {
+        auto options = tavtest::TestWindow::Options().Titled(L"fuzz text").Placed(10, 10, 300, 200);
+        options.visible = true;
+        return options;
     }
-    HWND window_ = nullptr;
+    static bool Record(UINT message, WPARAM wParam) {
+        if (message != WM_CHAR)
+            return false;
+        received += static_cast<wchar_t>(wParam);
+        return true;
+    }
+    tavtest::TestWindow window_;
 };
 
 // The rule: each unit arrives as that character, a line break (CR, LF, or CR LF together) as one Enter (a

@@ -6,6 +6,7 @@
 #include "Inputs.h"
 #include "Models.h"
 #include "TestSupport.h"
+#include "TestWindow.h"
 
 #include <TavUtil.h>
 
@@ -32,32 +33,19 @@ struct Message {
 // records every message it is sent or posted and handles none, so that no message can act on it.
 class CommandTarget {
 public:
-    CommandTarget() {
-        WNDCLASSW windowClass = {};
-        windowClass.lpfnWndProc = &Proc;
-        windowClass.hInstance = GetModuleHandleW(nullptr);
-        windowClass.lpszClassName = L"TavUtilFuzzCommandTarget";
-        RegisterClassW(&windowClass);
-        HMENU bar = CreateMenu();
-        for (UINT top = 0; top < 2; ++top) {
-            HMENU popup = CreatePopupMenu();
-            AppendMenuW(popup, MF_STRING, 100 * (top + 1), L"first");
-            AppendMenuW(popup, MF_STRING, 100 * (top + 1) + 1, L"second");
-            AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), top ? L"Edit" : L"File");
-        }
-        window_ = CreateWindowExW(0, windowClass.lpszClassName, L"fuzz commands", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10,
-                                  10, 300, 200, nullptr, bar, windowClass.hInstance, nullptr);
+    CommandTarget()
+        : window_(Options(),
+                  [](UINT message, WPARAM wParam, LPARAM lParam) { return Record(message, wParam, lParam); }) {
         Front();
     }
-    ~CommandTarget() { DestroyWindow(window_); }
 
     bool Front() {
-        for (int attempt = 0; attempt < 200 && GetForegroundWindow() != window_; ++attempt) {
-            SetForegroundWindow(window_);
+        for (int attempt = 0; attempt < 200 && GetForegroundWindow() != window_.hwnd(); ++attempt) {
+            SetForegroundWindow(window_.hwnd());
             Pump();
             Sleep(10);
         }
-        return GetForegroundWindow() == window_;
+        return GetForegroundWindow() == window_.hwnd();
     }
     void Arm() {
         Pump();
@@ -68,7 +56,7 @@ public:
     void Disarm() {
         // The posted messages: taken from the queue, recorded, and never dispatched.
         MSG msg;
-        while (PeekMessageW(&msg, window_, 0, 0, PM_REMOVE))
+        while (PeekMessageW(&msg, window_.hwnd(), 0, 0, PM_REMOVE))
             posted.push_back({msg.message, msg.wParam, msg.lParam});
         armed = false;
         Pump();
@@ -85,14 +73,24 @@ private:
             DispatchMessageW(&msg);
         }
     }
-    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (armed) {
-            received.push_back({message, wParam, lParam});
-            return 0;
+    static tavtest::TestWindow::Options Options() {
+        auto options = tavtest::TestWindow::Options().Titled(L"fuzz commands").Placed(10, 10, 300, 200);
+        options.visible = true;
+        options.menu = CreateMenu();
+        for (UINT top = 0; top < 2; ++top) {
+            HMENU popup = CreatePopupMenu();
+            AppendMenuW(popup, MF_STRING, 100 * (top + 1), L"first");
+            AppendMenuW(popup, MF_STRING, 100 * (top + 1) + 1, L"second");
+            AppendMenuW(options.menu, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), top ? L"Edit" : L"File");
         }
-        return DefWindowProcW(window, message, wParam, lParam);
+        return options;
     }
-    HWND window_ = nullptr;
+    static bool Record(UINT message, WPARAM wParam, LPARAM lParam) {
+        if (armed)
+            received.push_back({message, wParam, lParam});
+        return armed;
+    }
+    tavtest::TestWindow window_;
 };
 
 // What the scan must send or post, by the rules: every position (the start and each '{') is tried.

@@ -1,11 +1,13 @@
 // Drivers for the window lookups of cWindowsHelper and the tav_window_* functions on windows of the test's own
 // with hostile class names and titles: a thread of the driver registers, input by input, a window class named
-// by the input and builds a hidden window tree (the class, its other spellings, the system's classes, nested
-// children, titles of any text), sets the focus in it, and takes it all down again. The lookup by class must
-// give the last descendant in enumeration order whose class equals the name (ignoring case, as the platform
-// compares), the focus lookup the focus of the thread, and the handle text the low 32 bits in decimal.
+// by the input (a class of the tests' window, tavtest::WindowClass) and builds a hidden window tree (the
+// class, its other spellings, the system's classes, nested children, titles of any text), sets the focus in
+// it, and takes it all down again. The lookup by class must give the last descendant in enumeration order
+// whose class equals the name (ignoring case, as the platform compares), the focus lookup the focus of the
+// thread, and the handle text the low 32 bits in decimal.
 #include "CapiChecks.h"
 #include "Fuzz.h"
+#include "TestWindow.h"
 
 #include <TavUtil.h>
 
@@ -16,59 +18,20 @@
 #include <cwctype>
 #include <functional>
 #include <memory>
-#include <thread>
 
 namespace fuzz {
 namespace {
 
-// A thread with a message loop that runs jobs for the driver (windows must be made and destroyed by the
-// thread that owns them) and owns every window the jobs make.
-class WindowThread {
-public:
-    WindowThread() {
-        HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-        thread_ = std::thread([this, ready] {
-            WNDCLASSW jobs = {};
-            jobs.lpfnWndProc = &JobProc;
-            jobs.hInstance = GetModuleHandleW(nullptr);
-            jobs.lpszClassName = L"TavFuzzWindowJobs";
-            RegisterClassW(&jobs);
-            control_ = CreateWindowExW(0, jobs.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, jobs.hInstance,
-                                       nullptr);
-            threadId_ = GetCurrentThreadId();
-            SetEvent(ready);
-            MSG msg;
-            while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
-                TranslateMessage(&msg);
-                DispatchMessageW(&msg);
-            }
-        });
-        WaitForSingleObject(ready, INFINITE);
-        CloseHandle(ready);
-    }
-    ~WindowThread() {
-        Run([this] { DestroyWindow(control_), PostQuitMessage(0); });
-        thread_.join();
-    }
-    WindowThread(const WindowThread&) = delete;
-    WindowThread& operator=(const WindowThread&) = delete;
+// The window thread: a message-only window on a thread of its own, whose message loop runs jobs for the
+// driver (windows must be made and destroyed by the thread that owns them) and owns every window they make.
+using WindowThread = tavtest::TestWindow;
 
-    // Runs `job` on the thread and returns when it is done.
-    void Run(const std::function<void()>& job) { SendMessageW(control_, WM_APP, 0, reinterpret_cast<LPARAM>(&job)); }
-    DWORD threadId() const { return threadId_; }
-
-private:
-    static LRESULT CALLBACK JobProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_APP) {
-            (*reinterpret_cast<const std::function<void()>*>(lParam))();
-            return 0;
-        }
-        return DefWindowProcW(window, message, wParam, lParam);
-    }
-    std::thread thread_;
-    HWND control_ = nullptr;
-    DWORD threadId_ = 0;
-};
+std::shared_ptr<WindowThread> StartWindowThread() {
+    auto options = tavtest::TestWindow::MessageOnly();
+    options.className = L"TavFuzzWindowJobs";
+    options.ownThread = true;
+    return std::make_shared<WindowThread>(options);
+}
 
 Text HostileTitle(Rng& rng) {
     Text title;
@@ -99,6 +62,7 @@ Text Respelled(Rng& rng, const Text& name) {
 struct WindowTree {
     WindowThread& thread;
     Text className;  // the input's class, registered for this input (when the system accepts it)
+    tavtest::WindowClass windowClass;
     bool registered = false;
     HWND parent = nullptr;
     std::vector<HWND> windows;  // every descendant, made by this input
@@ -113,20 +77,15 @@ struct WindowTree {
         thread.Run([&] {
             if (parent)
                 DestroyWindow(parent);
-            if (registered)
-                UnregisterClassW(className.c_str(), GetModuleHandleW(nullptr));
         });
-    }
+    }  // and the class goes after its windows
     WindowTree(const WindowTree&) = delete;
     WindowTree& operator=(const WindowTree&) = delete;
 
     void Build(Rng& rng) {
         const HINSTANCE instance = GetModuleHandleW(nullptr);
-        WNDCLASSW windowClass = {};
-        windowClass.lpfnWndProc = DefWindowProcW;
-        windowClass.hInstance = instance;
-        windowClass.lpszClassName = className.c_str();
-        registered = !className.empty() && RegisterClassW(&windowClass) != 0;
+        windowClass = tavtest::WindowClass(className);
+        registered = windowClass.registered();
         parent = CreateWindowExW(0, L"Static", HostileTitle(rng).c_str(), WS_POPUP, 0, 0, 50, 50, nullptr, nullptr,
                                  instance, nullptr);
         if (parent == nullptr)
@@ -245,13 +204,13 @@ Text ClassName(Rng& rng) {
 }
 
 TEST(Fuzz, Windows) {
-    auto thread = std::make_shared<WindowThread>();
+    auto thread = StartWindowThread();
     RunDriver({"windows", kClassSeeds, ClassName,
                [thread](const Input& input) { return RunWindows(*thread, input, false); }, false, 300, true});
 }
 
 TEST(Fuzz, CapiWindows) {
-    auto thread = std::make_shared<WindowThread>();
+    auto thread = StartWindowThread();
     RunDriver({"capi-windows", kClassSeeds, ClassName,
                [thread](const Input& input) { return RunWindows(*thread, input, true); }, false, 300, true});
 }

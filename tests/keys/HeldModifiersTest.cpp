@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,30 @@ private:
     tavtest::PhysicalKeyboard keyboard_;
 };
 
+// One scenario: every held set with every combination of the flags, each a case of its own on one Edit with
+// one hook log (the user holds the set when `body` starts; the options carry the flags and the wait for
+// release). After each set no key may be left pressed. A fatal failure in a case ends the scenario.
+using CaseBody = std::function<void(keytest::EditWindow& edit, HookLog& log, Case& run,
+                                    const std::vector<PhysicalKey>& keys, DWORD flags, SendOptions& options)>;
+void EveryCase(DWORD waitReleaseMs, const CaseBody& body) {
+    keytest::EditWindow edit;
+    HookLog log;
+    ASSERT_TRUE(log.Active());
+    for (const auto& keys : kHeldSets) {
+        for (DWORD flags : kFlagSets) {
+            SCOPED_TRACE(Name(keys, flags));
+            Case run(edit, log, keys);
+            SendOptions options;
+            options.flags = flags;
+            options.waitReleaseMs = waitReleaseMs;
+            body(edit, log, run, keys, flags, options);
+            if (testing::Test::HasFatalFailure())
+                return;
+        }
+        EXPECT_TRUE(keytest::NoKeyPressed());
+    }
+}
+
 bool HasCtrlOrAlt(const std::vector<PhysicalKey>& keys) {
     for (const PhysicalKey& key : keys)
         if (key.vk == VK_LCONTROL || key.vk == VK_LMENU)
@@ -129,43 +154,34 @@ bool HasShift(const std::vector<PhysicalKey>& keys) {
 }
 
 TEST_F(KeysHeldModifiers, UserStillHolding) {
-    keytest::EditWindow edit;
-    HookLog log;
-    ASSERT_TRUE(log.Active());
-    for (const auto& keys : kHeldSets) {
-        for (DWORD flags : kFlagSets) {
-            SCOPED_TRACE(Name(keys, flags));
-            Case run(edit, log, keys);
-            SendOptions options;
-            options.flags = flags;
-            options.waitReleaseMs = 300;  // the user does not let go: the wait runs out
-            const DWORD elapsed = run.Type(L"kqw", options);
-            const Seen seen(log);
-            if ((flags & tav::keys::kSendWaitForRelease) != 0) {
-                EXPECT_GE(elapsed, 290u) << "the wait ended although the user holds the keys";
-            }
-            if (Releases(flags)) {
-                EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
-                run.ExpectReleasedAndPutBack(seen);
-                // Literal text, the same way.
-                edit.Clear();
-                log.events.clear();
-                run.Type(L"kqw", options, true);
-                EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
-                run.ExpectReleasedAndPutBack(Seen(log));
-            } else {
-                // As ever: the held modifiers reach the target with every key.
-                EXPECT_EQ(0, seen.InjectedModifierEvents()) << log.Describe();
-                if (HasCtrlOrAlt(keys)) {
-                    EXPECT_TRUE(edit.Text().empty()) << tavtest::Narrow(edit.Text());
-                } else if (HasShift(keys)) {
-                    EXPECT_TRUE(edit.Text() == L"KQW") << tavtest::Narrow(edit.Text());
-                }
-            }
-            run.ExpectDown(true, "is not down although the user holds it");
+    // The user does not let go: the wait runs out.
+    EveryCase(300, [&](keytest::EditWindow& edit, HookLog& log, Case& run, const std::vector<PhysicalKey>& keys,
+                       DWORD flags, SendOptions& options) {
+        const DWORD elapsed = run.Type(L"kqw", options);
+        const Seen seen(log);
+        if ((flags & tav::keys::kSendWaitForRelease) != 0) {
+            EXPECT_GE(elapsed, 290u) << "the wait ended although the user holds the keys";
         }
-        EXPECT_TRUE(keytest::NoKeyPressed());
-    }
+        if (Releases(flags)) {
+            EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
+            run.ExpectReleasedAndPutBack(seen);
+            // Literal text, the same way.
+            edit.Clear();
+            log.events.clear();
+            run.Type(L"kqw", options, true);
+            EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
+            run.ExpectReleasedAndPutBack(Seen(log));
+        } else {
+            // As ever: the held modifiers reach the target with every key.
+            EXPECT_EQ(0, seen.InjectedModifierEvents()) << log.Describe();
+            if (HasCtrlOrAlt(keys)) {
+                EXPECT_TRUE(edit.Text().empty()) << tavtest::Narrow(edit.Text());
+            } else if (HasShift(keys)) {
+                EXPECT_TRUE(edit.Text() == L"KQW") << tavtest::Narrow(edit.Text());
+            }
+        }
+        run.ExpectDown(true, "is not down although the user holds it");
+    });
 }
 
 // The user lets go after the third typed key, while the call still types.
@@ -187,79 +203,60 @@ void LetGoAfterThirdKey(const HookLog::Event& event, void* context) {
 
 TEST_F(KeysHeldModifiers, UserLetsGoDuringTyping) {
     const wchar_t script[] = L"kqwkqwkqwkqwkqwkqw";
-    keytest::EditWindow edit;
-    HookLog log;
-    ASSERT_TRUE(log.Active());
-    for (const auto& keys : kHeldSets) {
-        for (DWORD flags : kFlagSets) {
-            SCOPED_TRACE(Name(keys, flags));
-            Case run(edit, log, keys);
-            LetGo letGo{&run.Keyboard(), &keys};
-            log.onEvent = &LetGoAfterThirdKey;
-            log.context = &letGo;
-            SendOptions options;
-            options.flags = flags;
-            options.keyDelayMs = 40;  // about 1.2 s after the third key: time for xdotool on a loaded machine
-            options.waitReleaseMs = 200;
-            run.Type(script, options);
-            log.onEvent = nullptr;
-            tavtest::WaitUntil([&] { return keytest::PressedKeys().empty(); }, 5000);
-            const Seen seen(log);
-            ASSERT_TRUE(letGo.done) << log.Describe();
-            for (const PhysicalKey& key : keys) {
-                // With the watch, the call handles messages while it types and the user's release comes in
-                // the middle. Without it the call handles none, and Wine reads the X server's events only
-                // when the window's thread handles messages: the release comes after the call, as ever.
-                const int userUp = seen.Find(key.vk, true, false, 0, 1 << 30);
-                EXPECT_GE(userUp, 0) << key.name << ": " << log.Describe();
-                EXPECT_EQ(Releases(flags), userUp < seen.lastTyped) << key.name << ": " << log.Describe();
-                if (Releases(flags)) {
-                    EXPECT_LT(seen.Find(key.vk, false, true, seen.firstTyped, 1 << 30), 0)
-                        << key.name << " was pressed again after the user let go: " << log.Describe();
-                }
-            }
+    EveryCase(200, [&](keytest::EditWindow& edit, HookLog& log, Case& run, const std::vector<PhysicalKey>& keys,
+                       DWORD flags, SendOptions& options) {
+        LetGo letGo{&run.Keyboard(), &keys};
+        log.onEvent = &LetGoAfterThirdKey;
+        log.context = &letGo;
+        options.keyDelayMs = 40;  // about 1.2 s after the third key: time for xdotool on a loaded machine
+        run.Type(script, options);
+        log.onEvent = nullptr;
+        tavtest::WaitUntil([&] { return keytest::PressedKeys().empty(); }, 5000);
+        const Seen seen(log);
+        ASSERT_TRUE(letGo.done) << log.Describe();
+        for (const PhysicalKey& key : keys) {
+            // With the watch, the call handles messages while it types and the user's release comes in
+            // the middle. Without it the call handles none, and Wine reads the X server's events only
+            // when the window's thread handles messages: the release comes after the call, as ever.
+            const int userUp = seen.Find(key.vk, true, false, 0, 1 << 30);
+            EXPECT_GE(userUp, 0) << key.name << ": " << log.Describe();
+            EXPECT_EQ(Releases(flags), userUp < seen.lastTyped) << key.name << ": " << log.Describe();
             if (Releases(flags)) {
-                EXPECT_TRUE(edit.Text() == script) << tavtest::Narrow(edit.Text());
-            } else {
-                EXPECT_EQ(0, seen.InjectedModifierEvents()) << log.Describe();
+                EXPECT_LT(seen.Find(key.vk, false, true, seen.firstTyped, 1 << 30), 0)
+                    << key.name << " was pressed again after the user let go: " << log.Describe();
             }
-            run.ExpectDown(false, "is down although the user let go");
         }
-        EXPECT_TRUE(keytest::NoKeyPressed());
-    }
+        if (Releases(flags)) {
+            EXPECT_TRUE(edit.Text() == script) << tavtest::Narrow(edit.Text());
+        } else {
+            EXPECT_EQ(0, seen.InjectedModifierEvents()) << log.Describe();
+        }
+        run.ExpectDown(false, "is down although the user let go");
+    });
 }
 
 TEST_F(KeysHeldModifiers, UserLetsGoBeforeTyping) {
-    keytest::EditWindow edit;
-    HookLog log;
-    ASSERT_TRUE(log.Active());
-    for (const auto& keys : kHeldSets) {
-        for (DWORD flags : kFlagSets) {
-            SCOPED_TRACE(Name(keys, flags));
-            Case run(edit, log, keys);
-            SendOptions options;
-            options.flags = flags;
-            options.waitReleaseMs = 20000;  // the wait ends when the user lets go, long before
-            for (const PhysicalKey& key : keys)
-                run.Keyboard().StartUp(key);
-            const DWORD elapsed = run.Type(L"kqw", options);
-            tavtest::WaitUntil([&] { return keytest::PressedKeys().empty(); }, 5000);
-            const Seen seen(log);
-            if ((flags & tav::keys::kSendWaitForRelease) != 0) {
-                EXPECT_LT(elapsed, 10000u);
-                EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
-                EXPECT_EQ(0, seen.InjectedModifierEvents()) << "nothing was left to release: " << log.Describe();
-                for (const PhysicalKey& key : keys) {
-                    const int userUp = seen.Find(key.vk, true, false, 0, 1 << 30);
-                    EXPECT_TRUE(userUp >= 0 && userUp < seen.firstTyped) << key.name << ": " << log.Describe();
-                }
-            } else if (Releases(flags)) {
-                EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
+    // The wait ends when the user lets go, long before.
+    EveryCase(20000, [&](keytest::EditWindow& edit, HookLog& log, Case& run, const std::vector<PhysicalKey>& keys,
+                         DWORD flags, SendOptions& options) {
+        for (const PhysicalKey& key : keys)
+            run.Keyboard().StartUp(key);
+        const DWORD elapsed = run.Type(L"kqw", options);
+        tavtest::WaitUntil([&] { return keytest::PressedKeys().empty(); }, 5000);
+        const Seen seen(log);
+        if ((flags & tav::keys::kSendWaitForRelease) != 0) {
+            EXPECT_LT(elapsed, 10000u);
+            EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
+            EXPECT_EQ(0, seen.InjectedModifierEvents()) << "nothing was left to release: " << log.Describe();
+            for (const PhysicalKey& key : keys) {
+                const int userUp = seen.Find(key.vk, true, false, 0, 1 << 30);
+                EXPECT_TRUE(userUp >= 0 && userUp < seen.firstTyped) << key.name << ": " << log.Describe();
             }
-            run.ExpectDown(false, "is down although the user let go");
+        } else if (Releases(flags)) {
+            EXPECT_TRUE(edit.Text() == L"kqw") << tavtest::Narrow(edit.Text()) << "; " << log.Describe();
         }
-        EXPECT_TRUE(keytest::NoKeyPressed());
-    }
+        run.ExpectDown(false, "is down although the user let go");
+    });
 }
 
 // A modifier the library holds itself ('[') is not the user's: it is neither released nor pressed again.

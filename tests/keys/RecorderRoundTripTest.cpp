@@ -109,67 +109,37 @@ Presses PressesOf(const std::vector<WORD>& queue) {
 // the replay only (seed 26, case 58 of the long run: the same keys, another column).
 class RoundTripWindow {
 public:
-    RoundTripWindow() {
-        WNDCLASSW wc = {};
-        if (!GetClassInfoW(GetModuleHandleW(nullptr), kClass, &wc)) {
-            wc.lpfnWndProc = Proc;
-            wc.hInstance = GetModuleHandleW(nullptr);
-            wc.lpszClassName = kClass;
-            wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-            RegisterClassW(&wc);
-        }
-        window_ = CreateWindowExW(0, kClass, L"recorder round trip", WS_POPUP | WS_BORDER, 80, 80, 500, 300, nullptr,
-                                  nullptr, GetModuleHandleW(nullptr), nullptr);
-        edit_ = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL,
-                                0, 0, 500, 300, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
-        SendMessageW(edit_, EM_SETLIMITTEXT, 0, 0);
-        s_editProc =
-            reinterpret_cast<WNDPROC>(SetWindowLongPtrW(edit_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&EditProc)));
-        EXPECT_TRUE(tavtest::BringToFront(window_, edit_)) << "the round-trip window did not come to the front";
+    RoundTripWindow() : window_(Options(), [](UINT message, WPARAM, LPARAM) { return Refused(message); }) {
+        EXPECT_TRUE(window_.BringToFront()) << "the round-trip window did not come to the front";
     }
-    ~RoundTripWindow() { DestroyWindow(window_); }
-    RoundTripWindow(const RoundTripWindow&) = delete;
-    RoundTripWindow& operator=(const RoundTripWindow&) = delete;
 
-    HWND window() const { return window_; }
-    std::wstring Text() const {
-        std::wstring text(static_cast<size_t>(GetWindowTextLengthW(edit_)) + 1, L'\0');
-        text.resize(static_cast<size_t>(GetWindowTextW(edit_, text.data(), static_cast<int>(text.size()))));
-        return text;
-    }
+    HWND window() const { return window_.hwnd(); }
+    std::wstring Text() const { return window_.Text(); }
     // An empty Edit with the focus, an empty undo buffer and an empty clipboard: both halves of a case start
     // from the same state (the scripts press Control+V, Control+X and Control+Z now and then).
     void Reset() {
-        SetWindowTextW(edit_, L"");
-        SendMessageW(edit_, EM_EMPTYUNDOBUFFER, 0, 0);
-        if (OpenClipboard(window_)) {
+        SetWindowTextW(window_.edit(), L"");
+        SendMessageW(window_.edit(), EM_EMPTYUNDOBUFFER, 0, 0);
+        if (OpenClipboard(window_.hwnd())) {
             EmptyClipboard();
             CloseClipboard();
         }
-        tavtest::BringToFront(window_, edit_);
+        window_.BringToFront();
     }
 
 private:
-    static constexpr const wchar_t* kClass = L"TavRecorderRoundTrip";
-    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_SYSCOMMAND || message == WM_CLOSE)
-            return 0;
-        if (message == WM_SETFOCUS) {
-            SetFocus(GetWindow(window, GW_CHILD));
-            return 0;
-        }
-        return DefWindowProcW(window, message, wParam, lParam);
+    static tavtest::TestWindow::Options Options() {
+        auto options = tavtest::TestWindow::Options().Titled(L"recorder round trip").Styled(WS_POPUP | WS_BORDER);
+        options.Placed(80, 80, 500, 300).editChild = true;
+        options.editHandler = [](UINT message, WPARAM, LPARAM) {
+            if (message == WM_KEYDOWN || message == WM_SYSKEYDOWN)
+                UpdateWindow(GetFocus());  // a key goes to the focus: the Edit itself
+            return message == WM_CONTEXTMENU;
+        };
+        return options;
     }
-    static LRESULT CALLBACK EditProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_CONTEXTMENU)
-            return 0;
-        if (message == WM_KEYDOWN || message == WM_SYSKEYDOWN)
-            UpdateWindow(window);
-        return CallWindowProcW(s_editProc, window, message, wParam, lParam);
-    }
-    static inline WNDPROC s_editProc = nullptr;  // the Edit class's own procedure
-    HWND window_ = nullptr;
-    HWND edit_ = nullptr;
+    static bool Refused(UINT message) { return message == WM_SYSCOMMAND || message == WM_CLOSE; }
+    tavtest::TestWindow window_;
 };
 
 int EnvNumber(const char* name, int fallback) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "KeyTestWindows.h"
+#include "TestWindow.h"
 
 #include <windows.h>
 
@@ -22,26 +23,14 @@ public:
         bool IsKey() const { return message != WM_CHAR && message != WM_SYSCHAR && message != WM_DEADCHAR; }
     };
 
-    TextRecorder() {
-        WNDCLASSW wc = {};
-        if (!GetClassInfoW(GetModuleHandleW(nullptr), kClass, &wc)) {
-            wc.lpfnWndProc = Proc;
-            wc.hInstance = GetModuleHandleW(nullptr);
-            wc.lpszClassName = kClass;
-            RegisterClassW(&wc);
-        }
-        window_ = CreateWindowExW(0, kClass, L"keys test: text recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400, 200,
-                                  nullptr, nullptr, GetModuleHandleW(nullptr), this);
-        EXPECT_TRUE(tavtest::BringToFront(window_, window_)) << "the text recorder did not come to the front";
-        EXPECT_TRUE(tavtest::Settle(window_)) << "the text recorder's queue did not settle";
+    TextRecorder()
+        : window_(tavtest::TestWindow::Options().Titled(L"keys test: text recorder").Placed(60, 60, 400, 200),
+                  [this](UINT message, WPARAM wParam, LPARAM lParam) { return Record(message, wParam, lParam); }) {
+        EXPECT_TRUE(window_.BringToFront()) << "the text recorder did not come to the front";
+        EXPECT_TRUE(tavtest::Settle(window_.hwnd())) << "the text recorder's queue did not settle";
         Clear();
     }
-    ~TextRecorder() {
-        SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-        DestroyWindow(window_);
-    }
-    TextRecorder(const TextRecorder&) = delete;
-    TextRecorder& operator=(const TextRecorder&) = delete;
+    TextRecorder(TextRecorder&&) = delete;  // the window's handler records into this object
 
     std::vector<Message> messages;
 
@@ -66,7 +55,7 @@ public:
     // messages beyond `count` show too).
     void WaitForKeyMessages(size_t count, DWORD timeoutMs = tavtest::kWaitMs) {
         tavtest::WaitUntil([&] { return keyCount_ >= count; }, timeoutMs);
-        tavtest::Settle(window_);
+        tavtest::Settle(window_.hwnd());
     }
     void Clear() {
         messages.clear();
@@ -95,24 +84,15 @@ public:
     }
 
 private:
-    static constexpr const wchar_t* kClass = L"TavKeysTextRecorder";
-
-    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_NCCREATE)
-            SetWindowLongPtrW(window, GWLP_USERDATA,
-                              reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
-        auto* self = reinterpret_cast<TextRecorder*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (message >= WM_KEYFIRST && message <= WM_KEYLAST) {
-            if (self) {
-                self->messages.push_back({message, wParam, lParam, GetMessageTime()});
-                self->keyCount_ += self->messages.back().IsKey() ? 1 : 0;
-            }
-            return 0;  // no menu activation by Alt or F10: the recorder only records
-        }
-        return DefWindowProcW(window, message, wParam, lParam);
+    bool Record(UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message < WM_KEYFIRST || message > WM_KEYLAST)
+            return false;
+        messages.push_back({message, wParam, lParam, GetMessageTime()});
+        keyCount_ += messages.back().IsKey() ? 1 : 0;
+        return true;  // no menu activation by Alt or F10: the recorder only records
     }
-    HWND window_ = nullptr;
     size_t keyCount_ = 0;
+    tavtest::TestWindow window_;  // declared last: it goes before the lists its handler fills
 };
 
 }  // namespace keytest

@@ -55,43 +55,27 @@ void ProbeReport::Clear() {
 }
 
 namespace {
-const wchar_t kFrontWindowClass[] = L"TavLaunchTestFront";
+
+// No system menu: the Alt tap of a foreground grab cannot open a modal menu loop in the test's thread.
+tavtest::TestWindow::Options FrontWindowOptions() {
+    auto options = tavtest::TestWindow::Options().Titled(L"TavLaunchTest").Styled(WS_POPUP | WS_BORDER);
+    options.Placed(60, 60, 300, 200).front = true;
+    return options;
 }
 
-FrontWindow::FrontWindow() {
-    WNDCLASSW windowClass = {};
-    if (!GetClassInfoW(GetModuleHandleW(nullptr), kFrontWindowClass, &windowClass)) {
-        windowClass.lpfnWndProc = &FrontWindow::Proc;
-        windowClass.hInstance = GetModuleHandleW(nullptr);
-        windowClass.lpszClassName = kFrontWindowClass;
-        RegisterClassW(&windowClass);
-    }
-    // No system menu: the Alt tap of a foreground grab cannot open a modal menu loop in the test's thread.
-    window_ = CreateWindowExW(0, kFrontWindowClass, L"TavLaunchTest", WS_POPUP | WS_BORDER | WS_VISIBLE, 60, 60, 300,
-                              200, nullptr, nullptr, GetModuleHandleW(nullptr), this);
-    tavtest::BringToFront(window_, window_);
+}  // namespace
+
+FrontWindow::FrontWindow()
+    : window_(FrontWindowOptions(), [this](UINT message, WPARAM wParam, LPARAM) {
+          if (message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE)
+              ++deactivations_;
+          if ((message == WM_SYSKEYDOWN || message == WM_KEYDOWN) && (wParam == VK_MENU || wParam == VK_LMENU)) {
+              ++altPresses_;
+              return true;
+          }
+          return false;
+      }) {
     deactivations_ = 0;
-}
-
-FrontWindow::~FrontWindow() {
-    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-    DestroyWindow(window_);
-}
-
-bool FrontWindow::BringToFront() const { return tavtest::BringToFront(window_); }
-
-LRESULT CALLBACK FrontWindow::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_NCCREATE)
-        SetWindowLongPtrW(window, GWLP_USERDATA,
-                          reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
-    auto* self = reinterpret_cast<FrontWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (self && message == WM_ACTIVATE && LOWORD(wParam) == WA_INACTIVE)
-        ++self->deactivations_;
-    if (self && (message == WM_SYSKEYDOWN || message == WM_KEYDOWN) && (wParam == VK_MENU || wParam == VK_LMENU)) {
-        ++self->altPresses_;
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool ForegroundBelongsTo(DWORD processId) {

@@ -5,6 +5,7 @@
 #include "Desktop.h"
 #include "RunningProgram.h"
 #include "TestSupport.h"
+#include "TestWindow.h"
 
 #include <windows.h>
 
@@ -54,21 +55,18 @@ private:
 class FrontWindow {
 public:
     FrontWindow();
-    ~FrontWindow();
-    FrontWindow(const FrontWindow&) = delete;
-    FrontWindow& operator=(const FrontWindow&) = delete;
-    HWND get() const { return window_; }
-    bool IsForeground() const { return GetForegroundWindow() == window_; }
+    FrontWindow(FrontWindow&&) = delete;  // the window's handler counts into this object
+    HWND get() const { return window_.hwnd(); }
+    bool IsForeground() const { return window_.InFront(); }
     // Makes it the foreground window again (handling this thread's messages meanwhile).
-    bool BringToFront() const;
+    bool BringToFront() const { return tavtest::BringToFront(window_.hwnd()); }
     int Deactivations() const { return deactivations_; }
     int AltPresses() const { return altPresses_; }
 
 private:
-    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    HWND window_;
     int deactivations_ = 0;
     int altPresses_ = 0;
+    tavtest::TestWindow window_;  // declared last: it goes before the counts its handler writes
 };
 
 // Whether the foreground window belongs to process `processId`.

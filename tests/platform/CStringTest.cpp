@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestWindow.h"
+
 namespace {
 
 TEST(CString, BufferAccessAndRelease) {
@@ -57,24 +59,18 @@ TEST(CString, EditingMembers) {
 
 // The pump hands one message to its window procedure and answers FALSE on WM_QUIT.
 TEST(MessagePump, DispatchesAndStopsAtQuit) {
-    static int received = 0;
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = [](HWND h, UINT m, WPARAM w, LPARAM l) -> LRESULT {
-        if (m == WM_APP + 1)
+    int received = 0;
+    tavtest::TestWindow window(tavtest::TestWindow::MessageOnly(), [&](UINT message, WPARAM, LPARAM) {
+        if (message == WM_APP + 1)
             ++received;
-        return DefWindowProcW(h, m, w, l);
-    };
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"TavPumpTest";
-    RegisterClassW(&wc);
-    HWND window = CreateWindowW(L"TavPumpTest", L"", 0, 0, 0, 10, 10, HWND_MESSAGE, nullptr, wc.hInstance, nullptr);
-    ASSERT_NE(window, nullptr);
-    PostMessageW(window, WM_APP + 1, 0, 0);
+        return false;
+    });
+    ASSERT_NE(window.hwnd(), nullptr);
+    PostMessageW(window.hwnd(), WM_APP + 1, 0, 0);
     EXPECT_TRUE(tav::PumpMessage());
     EXPECT_EQ(received, 1);
     PostQuitMessage(0);
     EXPECT_FALSE(tav::PumpMessage());
-    DestroyWindow(window);
 }
 
 TEST(Handles, OwnerClosesAndKeepsLastError) {

@@ -1,7 +1,7 @@
 // The single instance and its choice of implementation per Windows version, the foreground wait loop,
 // long paths, and the answers when optional system functions are missing.
 #include "ProcessTestSupport.h"
-#include "ScopeExit.h"
+#include "TestWindow.h"
 
 #include <TestSupport.h>
 #include <TavUtil.h>
@@ -59,8 +59,8 @@ TEST(ProcessFinderChild, DISABLED_FirstCallersFlagWins) {
     EXPECT_EQ(a, b);
     EXPECT_EQ(first, b->StripsExtension());
 
-    proctest::TestWindow window;
-    ASSERT_TRUE(tavtest::BringToFront(window.get()));
+    tavtest::TestWindow window(nullptr, true);
+    ASSERT_TRUE(tavtest::BringToFront(window.hwnd()));
     const std::wstring self = proctest::FileNameOf(proctest::ImagePath(GetCurrentProcessId()));
     const std::wstring expected = first ? self.substr(0, self.size() - 4) : self;
     EXPECT_EQ(expected, b->GetForegroundProcessName(0));
@@ -102,8 +102,8 @@ TEST(ProcessFinder, CopiesCarryTheFlag) {
 // No window in front: the test's own window is shown, brought to the front and destroyed.
 bool NoForegroundWindow() {
     {
-        proctest::TestWindow window;
-        tavtest::BringToFront(window.get());
+        tavtest::TestWindow window(nullptr, true);
+        tavtest::BringToFront(window.hwnd());
     }
     return tavtest::WaitUntil([] { return GetForegroundWindow() == nullptr; });
 }
@@ -142,46 +142,24 @@ TEST(ProcessFinderWait, NothingInFrontAndNothingQueuedGivesNoWindow) {
 
 // Other messages are handled while waiting: here the handler brings a window to the front, which the
 // next round of the wait finds.
-struct PumpedWindow {
-    static LRESULT CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == WM_APP) {
-            ++handled;
-            ShowWindow(target, SW_SHOW);
-            SetForegroundWindow(target);
-            return 0;
-        }
-        return DefWindowProcW(window, message, wParam, lParam);
-    }
-    static int handled;
-    static HWND target;
-};
-int PumpedWindow::handled = 0;
-HWND PumpedWindow::target = nullptr;
-
 TEST(ProcessFinderWait, OtherMessagesArePumpedWhileWaiting) {
     ASSERT_TRUE(NoForegroundWindow());
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = PumpedWindow::Proc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"TavProcessPumpedWindow";
-    RegisterClassW(&wc);
-    HWND receiver =
-        CreateWindowExW(0, wc.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, wc.hInstance, nullptr);
-    HWND target = CreateWindowExW(0, wc.lpszClassName, L"pumped target", WS_OVERLAPPEDWINDOW, 40, 40, 200, 100, nullptr,
-                                  nullptr, wc.hInstance, nullptr);
-    tavtest::ScopeExit destroy([&] {
-        DestroyWindow(receiver);
-        DestroyWindow(target);
-        UnregisterClassW(wc.lpszClassName, wc.hInstance);
+    tavtest::TestWindow target(tavtest::TestWindow::Options().Titled(L"pumped target").Placed(40, 40, 200, 100));
+    int handled = 0;
+    tavtest::TestWindow receiver(tavtest::TestWindow::MessageOnly(), [&](UINT message, WPARAM, LPARAM) {
+        if (message != WM_APP)
+            return false;
+        ++handled;
+        ShowWindow(target.hwnd(), SW_SHOW);
+        SetForegroundWindow(target.hwnd());
+        return true;
     });
-    ASSERT_NE(nullptr, receiver);
-    ASSERT_NE(nullptr, target);
-    PumpedWindow::handled = 0;
-    PumpedWindow::target = target;
-    PostMessageW(receiver, WM_APP, 0, 0);
+    ASSERT_NE(nullptr, receiver.hwnd());
+    ASSERT_NE(nullptr, target.hwnd());
+    PostMessageW(receiver.hwnd(), WM_APP, 0, 0);
 
-    EXPECT_EQ(target, CProcessFinder::WaitForegroundWindow());
-    EXPECT_EQ(1, PumpedWindow::handled);
+    EXPECT_EQ(target.hwnd(), CProcessFinder::WaitForegroundWindow());
+    EXPECT_EQ(1, handled);
 }
 
 // --- Long paths: a program started through its 8.3 path is reported by its long path.

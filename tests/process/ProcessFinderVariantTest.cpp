@@ -1,6 +1,7 @@
 // Each implementation of CProcessFinder, made directly (whatever the running system would pick), against
 // the real processes of the Wine session: the test's own window and Wine's notepad in front.
 #include "ProcessTestSupport.h"
+#include "TestWindow.h"
 
 #include <TestSupport.h>
 
@@ -50,8 +51,8 @@ private:
 };
 
 TYPED_TEST(ProcessFinderVariant, NamesTheTestsOwnWindowInFront) {
-    proctest::TestWindow window;
-    ASSERT_TRUE(tavtest::BringToFront(window.get()));
+    tavtest::TestWindow window(nullptr, true);
+    ASSERT_TRUE(tavtest::BringToFront(window.hwnd()));
     const std::wstring truth = proctest::ImagePath(GetCurrentProcessId());
     ASSERT_FALSE(truth.empty());
 
@@ -59,7 +60,7 @@ TYPED_TEST(ProcessFinderVariant, NamesTheTestsOwnWindowInFront) {
     EXPECT_EQ(proctest::FileNameOf(truth), finder.GetForegroundProcessName(0));
     EXPECT_EQ(Expect<TypeParam>::FullName(truth), finder.GetForegroundProcessFullName(0));
     // A window given by handle is looked up without the foreground.
-    EXPECT_EQ(proctest::FileNameOf(truth), finder.GetForegroundProcessName(reinterpret_cast<INT_PTR>(window.get())));
+    EXPECT_EQ(proctest::FileNameOf(truth), finder.GetForegroundProcessName(reinterpret_cast<INT_PTR>(window.hwnd())));
 }
 
 TYPED_TEST(ProcessFinderVariant, NamesNotepadInFront) {

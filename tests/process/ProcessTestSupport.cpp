@@ -7,22 +7,6 @@ namespace proctest {
 
 namespace {
 
-LRESULT CALLBACK TestWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    return DefWindowProcW(window, message, wParam, lParam);
-}
-
-const wchar_t* RegisterTestWindowClass() {
-    static const wchar_t* name = [] {
-        WNDCLASSW wc{};
-        wc.lpfnWndProc = TestWindowProc;
-        wc.hInstance = GetModuleHandleW(nullptr);
-        wc.lpszClassName = L"TavProcessTestWindow";
-        RegisterClassW(&wc);
-        return wc.lpszClassName;
-    }();
-    return name;
-}
-
 struct WindowSearch {
     DWORD pid;
     const wchar_t* windowClass;
@@ -43,19 +27,6 @@ BOOL CALLBACK FindProcessWindow(HWND window, LPARAM param) {
 }
 
 }  // namespace
-
-TestWindow::TestWindow() {
-    window_ = CreateWindowExW(0, RegisterTestWindowClass(), L"process test window", WS_OVERLAPPEDWINDOW, 20, 20, 320,
-                              200, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
-    ShowWindow(window_, SW_SHOW);
-    tavtest::PumpMessages();
-}
-
-TestWindow::~TestWindow() {
-    if (window_ != nullptr)
-        DestroyWindow(window_);
-    tavtest::PumpMessages();
-}
 
 StartedProgram::StartedProgram(const std::wstring& application, const std::wstring& commandLine) {
     STARTUPINFOW startup{};

@@ -1,5 +1,5 @@
-// Fixtures of the process tests: a foreground window of the test's own, programs started and stopped by
-// the test, and the truth about a process read independently of the library.
+// Fixtures of the process tests: programs started and stopped by the test, and the truth about a process
+// read independently of the library.
 #pragma once
 
 #include "Desktop.h"
@@ -12,19 +12,6 @@
 #include <vector>
 
 namespace proctest {
-
-// A visible top-level window of the test, destroyed with the object.
-class TestWindow {
-public:
-    TestWindow();
-    ~TestWindow();
-    TestWindow(const TestWindow&) = delete;
-    TestWindow& operator=(const TestWindow&) = delete;
-    HWND get() const { return window_; }
-
-private:
-    HWND window_ = nullptr;
-};
 
 // A program started by the test, terminated (if still running) with the object.
 class StartedProgram {

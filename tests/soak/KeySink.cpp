@@ -4,9 +4,16 @@ namespace soak {
 
 namespace {
 
+// The class by which the second process's window is found.
 constexpr const wchar_t* kClass = L"TavSoakKeySink";
 
-LRESULT CALLBACK SinkProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+tavtest::TestWindow::Options SinkOptions() {
+    auto options = tavtest::TestWindow::Options().Titled(L"soak").Placed(80, 80, 300, 200);
+    options.className = kClass;
+    return options;
+}
+
+bool TakeKeys(UINT message, WPARAM, LPARAM) {
     switch (message) {
     case WM_KEYDOWN:
     case WM_KEYUP:
@@ -15,47 +22,21 @@ LRESULT CALLBACK SinkProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     case WM_CHAR:
     case WM_SYSCHAR:
     case WM_DEADCHAR:
-    case WM_SYSDEADCHAR: return 0;
-    default: return DefWindowProcW(window, message, wParam, lParam);
-    }
-}
-
-void PumpUntil(DWORD deadline, HWND window) {
-    while (GetTickCount() < deadline && GetForegroundWindow() != window) {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageW(&message);
-        Sleep(5);
+    case WM_SYSDEADCHAR: return true;
+    default: return false;
     }
 }
 
 }  // namespace
 
-KeySink::KeySink() {
-    WNDCLASSW wc = {};
-    if (!GetClassInfoW(GetModuleHandleW(nullptr), kClass, &wc)) {
-        wc.lpfnWndProc = SinkProc;
-        wc.hInstance = GetModuleHandleW(nullptr);
-        wc.lpszClassName = kClass;
-        RegisterClassW(&wc);
-    }
-    window_ = CreateWindowExW(0, kClass, L"soak", WS_OVERLAPPEDWINDOW, 80, 80, 300, 200, nullptr, nullptr,
-                              GetModuleHandleW(nullptr), nullptr);
-    BringToFront();
-}
-
-KeySink::~KeySink() { DestroyWindow(window_); }
-
-bool KeySink::BringToFront() const {
-    ShowWindow(window_, SW_SHOW);
-    SetForegroundWindow(window_);
-    SetFocus(window_);
-    PumpUntil(GetTickCount() + 5000, window_);
-    return GetForegroundWindow() == window_;
+tavtest::TestWindow KeySink() {
+    tavtest::TestWindow sink(SinkOptions(), TakeKeys);
+    sink.BringToFront();
+    return sink;
 }
 
 int RunForegroundWindow() {
-    KeySink sink;
+    tavtest::TestWindow sink = KeySink();
     for (;;) {
         MSG message;
         if (GetMessageW(&message, nullptr, 0, 0) <= 0)

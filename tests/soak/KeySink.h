@@ -3,26 +3,15 @@
 // started with kForegroundOption it keeps another process's window in front.
 #pragma once
 
+#include "TestWindow.h"
+
 #include <windows.h>
 
 namespace soak {
 
 inline constexpr const wchar_t* kForegroundOption = L"--foreground-window";
 
-class KeySink {
-public:
-    KeySink();
-    ~KeySink();
-    KeySink(const KeySink&) = delete;
-    KeySink& operator=(const KeySink&) = delete;
-
-    HWND window() const { return window_; }
-    // Brings the window to the front; true when it is the foreground window afterwards.
-    bool BringToFront() const;
-
-private:
-    HWND window_ = nullptr;
-};
+tavtest::TestWindow KeySink();
 
 // The second process: a KeySink in front until the process is ended. The exit code of the program.
 int RunForegroundWindow();

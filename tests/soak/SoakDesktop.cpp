@@ -93,7 +93,7 @@ void SoakSounds(Runner& runner) {
 
 void SoakForegroundGrabber(Runner& runner) {
     {
-        KeySink sink;
+        tavtest::TestWindow sink = KeySink();
         if (sink.BringToFront())
             runner.Check("ForegroundAttentionGrabber (own window in front)", [] { ForegroundAttentionGrabber grab; });
         else

@@ -10,7 +10,7 @@
 namespace soak {
 
 void SoakProcesses(Runner& runner) {
-    KeySink sink;  // a foreground window of this process for the foreground queries
+    tavtest::TestWindow sink = KeySink();  // a foreground window of this process for the foreground queries
     sink.BringToFront();
     CProcessFinder* finder = CProcessFinder::Instance(false);
     const DWORD self = GetCurrentProcessId();

@@ -72,7 +72,7 @@ void SoakSystem(Runner& runner) {
     runner.Check("CDynFuncLoad missing module", [] { CDynFuncLoad missing(L"tav-no-such-module.dll"); });
 
     runner.Check("PressKeyHelper create + destroy", [] { PressKeyHelper helper; });
-    KeySink sink;  // the keys go to a window of the soak's own, which takes them all
+    tavtest::TestWindow sink = KeySink();  // the keys go to a window of the soak's own, which takes them all
     if (!sink.BringToFront()) {
         runner.Fail("PressKeyHelper Press and the typing functions", "the soak's window did not come to the front");
         return;

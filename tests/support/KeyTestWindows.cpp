@@ -9,32 +9,15 @@ namespace keytest {
 
 namespace {
 
-const wchar_t kEditHostClass[] = L"TavKeysEditHost";
-const wchar_t kRecorderClass[] = L"TavKeysRecorder";
-
-void RegisterClassOnce(const wchar_t* name, WNDPROC proc) {
-    WNDCLASSW wc = {};
-    if (GetClassInfoW(GetModuleHandleW(nullptr), name, &wc))
-        return;
-    wc.lpfnWndProc = proc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = name;
-    wc.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-    RegisterClassW(&wc);
+tavtest::TestWindow::Options EditHost() {
+    auto options = tavtest::TestWindow::Options().Titled(L"keys test: Edit").Placed(40, 40, 500, 300);
+    options.editChild = true;  // the host hands the focus on to its Edit whenever it is activated
+    return options;
 }
 
-// The Edit host keeps the focus on its Edit whenever it is activated.
 // A lone Alt (a person's, held and let go) opens no system menu: its modal loop would stop the test.
-LRESULT CALLBACK EditHostProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_SYSCOMMAND && (wParam & 0xFFF0) == SC_KEYMENU)
-        return 0;
-    if (message == WM_SETFOCUS) {
-        if (HWND edit = GetWindow(window, GW_CHILD))
-            SetFocus(edit);
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
+bool RefuseKeyMenu(UINT message, WPARAM wParam, LPARAM) {
+    return message == WM_SYSCOMMAND && (wParam & 0xFFF0) == SC_KEYMENU;
 }
 
 HMENU MakeMenuBar() {
@@ -66,48 +49,32 @@ std::string Describe(const std::vector<KeyEvent>& events) {
     return text;
 }
 
-EditWindow::EditWindow() {
-    RegisterClassOnce(kEditHostClass, EditHostProc);
-    window_ = CreateWindowExW(0, kEditHostClass, L"keys test: Edit", WS_OVERLAPPEDWINDOW, 40, 40, 500, 300, nullptr,
-                              nullptr, GetModuleHandleW(nullptr), nullptr);
-    edit_ = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL, 0,
-                            0, 480, 260, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
-    EXPECT_TRUE(tavtest::BringToFront(window_, edit_)) << "the Edit window did not come to the front";
-}
-
-EditWindow::~EditWindow() { DestroyWindow(window_); }
-
-std::wstring EditWindow::Text() const {
-    int length = GetWindowTextLengthW(edit_);
-    std::wstring text(static_cast<size_t>(length) + 1, L'\0');
-    GetWindowTextW(edit_, text.data(), length + 1);
-    text.resize(static_cast<size_t>(length));
-    return text;
+EditWindow::EditWindow() : window_(EditHost(), RefuseKeyMenu) {
+    EXPECT_TRUE(window_.BringToFront()) << "the Edit window did not come to the front";
 }
 
 void EditWindow::Clear() {
-    SetWindowTextW(edit_, L"");
-    tavtest::BringToFront(window_, edit_);
+    SetWindowTextW(window_.edit(), L"");
+    window_.BringToFront();
 }
 
 std::wstring EditWindow::WaitForText(const std::wstring& expected, DWORD timeoutMs) {
     tavtest::WaitUntil([&] { return Text() == expected; }, timeoutMs);
-    tavtest::Settle(window_);
+    tavtest::Settle(window());
     return Text();
 }
 
-RecorderWindow::RecorderWindow(bool withMenu) {
-    RegisterClassOnce(kRecorderClass, Proc);
-    window_ = CreateWindowExW(0, kRecorderClass, L"keys test: recorder", WS_OVERLAPPEDWINDOW, 60, 60, 400, 200, nullptr,
-                              withMenu ? MakeMenuBar() : nullptr, GetModuleHandleW(nullptr), this);
-    EXPECT_TRUE(tavtest::BringToFront(window_, window_)) << "the recorder did not come to the front";
+RecorderWindow::RecorderWindow(bool withMenu)
+    : window_(
+          [withMenu] {
+              auto options = tavtest::TestWindow::Options().Titled(L"keys test: recorder").Placed(60, 60, 400, 200);
+              options.menu = withMenu ? MakeMenuBar() : nullptr;
+              return options;
+          }(),
+          [this](UINT message, WPARAM wParam, LPARAM lParam) { return Record(message, wParam, lParam); }) {
+    EXPECT_TRUE(window_.BringToFront()) << "the recorder did not come to the front";
     EXPECT_TRUE(Settle()) << "the recorder's queue did not settle";
     Clear();
-}
-
-RecorderWindow::~RecorderWindow() {
-    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
-    DestroyWindow(window_);  // destroys the menu bar with it
 }
 
 const std::vector<KeyEvent>& RecorderWindow::WaitForKeys(size_t count, DWORD timeoutMs) {
@@ -116,32 +83,24 @@ const std::vector<KeyEvent>& RecorderWindow::WaitForKeys(size_t count, DWORD tim
     return keys;
 }
 
-LRESULT CALLBACK RecorderWindow::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_NCCREATE)
-        SetWindowLongPtrW(window, GWLP_USERDATA,
-                          reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
-    auto* self = reinterpret_cast<RecorderWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+bool RecorderWindow::Record(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_KEYDOWN:
     case WM_KEYUP:
     case WM_SYSKEYDOWN:
     case WM_SYSKEYUP:
-        if (self)
-            self->keys.push_back({message, static_cast<UINT>(wParam), (lParam & (1 << 24)) != 0});
-        return 0;  // no menu activation by Alt or F10: the recorder only records
+        keys.push_back({message, static_cast<UINT>(wParam), (lParam & (1 << 24)) != 0});
+        return true;  // no menu activation by Alt or F10: the recorder only records
     case WM_SYSCHAR:
-    case WM_CHAR: return 0;
+    case WM_CHAR: return true;
     case WM_COMMAND:
     case WM_INITMENU:
     case WM_INITMENUPOPUP:
-    case WM_MENUSELECT:
-        if (self)
-            self->messages.push_back({message, wParam, lParam});
-        return 0;
+    case WM_MENUSELECT: messages.push_back({message, wParam, lParam}); return true;
     default:
-        if (message >= WM_USER && self)
-            self->messages.push_back({message, wParam, lParam});
-        return DefWindowProcW(window, message, wParam, lParam);
+        if (message >= WM_USER)
+            messages.push_back({message, wParam, lParam});
+        return false;
     }
 }
 

@@ -1,9 +1,10 @@
-// Test windows for keystroke tests: an Edit control that receives typed text, and a recorder window that
-// records the key messages and window commands it receives. Each window comes to the front when made
-// (input reaches only the foreground window) and is destroyed with its owner object.
+// Test windows for keystroke tests, made of the one test window: an Edit control that receives typed text,
+// and a recorder window that records the key messages and window commands it receives. Each window comes to
+// the front when made (input reaches only the foreground window) and is destroyed with its owner object.
 #pragma once
 
 #include "Desktop.h"
+#include "TestWindow.h"
 
 #include <gtest/gtest.h>
 
@@ -41,20 +42,16 @@ struct WindowMessage {
 class EditWindow {
 public:
     EditWindow();
-    ~EditWindow();
-    EditWindow(const EditWindow&) = delete;
-    EditWindow& operator=(const EditWindow&) = delete;
 
-    HWND window() const { return window_; }
-    std::wstring Text() const;
+    HWND window() const { return window_.hwnd(); }
+    std::wstring Text() const { return window_.Text(); }
     void Clear();
     // Pumps until the Edit shows `expected`, and then until every key typed so far has arrived (so that
     // keys beyond the expected text show too).
     std::wstring WaitForText(const std::wstring& expected, DWORD timeoutMs = tavtest::kWaitMs);
 
 private:
-    HWND window_ = nullptr;
-    HWND edit_ = nullptr;
+    tavtest::TestWindow window_;
 };
 
 // A top-level window with the focus that records key messages and other messages; optionally with a menu
@@ -62,12 +59,10 @@ private:
 class RecorderWindow {
 public:
     explicit RecorderWindow(bool withMenu = false);
-    ~RecorderWindow();
-    RecorderWindow(const RecorderWindow&) = delete;
-    RecorderWindow& operator=(const RecorderWindow&) = delete;
+    RecorderWindow(RecorderWindow&&) = delete;  // the window's handler records into this object
 
-    HWND window() const { return window_; }
-    HMENU menu() const { return GetMenu(window_); }
+    HWND window() const { return window_.hwnd(); }
+    HMENU menu() const { return GetMenu(window()); }
     std::vector<KeyEvent> keys;
     std::vector<WindowMessage> messages;
     void Clear() {
@@ -78,13 +73,13 @@ public:
     // arrived (so that events beyond `count` show too); the events.
     const std::vector<KeyEvent>& WaitForKeys(size_t count, DWORD timeoutMs = tavtest::kWaitMs);
     // Pumps until every key typed and message posted so far has arrived; false when that took too long.
-    bool Settle() { return tavtest::Settle(window_); }
+    bool Settle() { return tavtest::Settle(window()); }
     // The events once everything typed so far has arrived: for "nothing (more) was typed".
     const std::vector<KeyEvent>& KeysSoFar() { return WaitForKeys(0); }
 
 private:
-    static LRESULT CALLBACK Proc(HWND, UINT, WPARAM, LPARAM);
-    HWND window_ = nullptr;
+    bool Record(UINT message, WPARAM wParam, LPARAM lParam);
+    tavtest::TestWindow window_;  // declared last: it goes before the lists its handler fills
 };
 
 // Whether GetAsyncKeyState reports `vk` pressed, and every key it reports pressed (mouse buttons left out).
