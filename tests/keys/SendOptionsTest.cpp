@@ -5,6 +5,7 @@
 #include "KeyTestWindows.h"
 #include "TextRecorder.h"
 
+#include <ImportHook.h>
 #include <TavUtil.h>
 #include <TestSupport.h>
 
@@ -126,6 +127,41 @@ TEST_F(KeysSendOptions, UnknownFlagsAreRefused) {
     options.size = sizeof options + 16;  // a newer, larger struct: its first version is read
     EXPECT_EQ(SKERR_NONE, tav_send_keys_ex(L"a", &options));
     EXPECT_EQ(keytest::Describe({keytest::Down('A'), keytest::Up('A')}), keytest::Describe(recorder.WaitForKeys(2)));
+}
+
+// The user's left Shift, as the keyboard would send it (not by the library).
+void UserShift(bool keyUp) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = VK_LSHIFT;
+    input.ki.wScan = 0x2A;
+    input.ki.dwFlags = keyUp ? KEYEVENTF_KEYUP : 0;
+    SendInput(1, &input, sizeof input);
+}
+
+// The library's import of SetWindowsHookExW while the test below runs: the user lets go of Shift just
+// before the call's watch starts its hook, so that no hook sees the release.
+tavtest::ImportHook* g_hookStart = nullptr;
+HHOOK WINAPI LetGoOfShiftThenHook(int id, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
+    UserShift(true);
+    return g_hookStart->original<decltype(&SetWindowsHookExW)>()(id, procedure, module, thread);
+}
+
+TEST_F(KeysSendOptions, KeyLetGoOfBeforeTheWatchStartsIsNotPutBack) {
+    // The call reads Shift as held, then the user lets go of it before the watch's hook runs: Shift is not
+    // the user's to put back any more, and put back it would stay down with nobody holding it.
+    keytest::RecorderWindow recorder;
+    UserShift(false);
+    ASSERT_TRUE(keytest::IsKeyDown(VK_LSHIFT));
+    tavtest::ImportHook hook("user32.dll", "SetWindowsHookExW", reinterpret_cast<void*>(&LetGoOfShiftThenHook));
+    ASSERT_TRUE(hook.installed());
+    g_hookStart = &hook;
+    EXPECT_EQ(SKERR_NONE, SendKeysEx(L"a", Options(tav::keys::kSendReleaseModifiers)));
+    g_hookStart = nullptr;
+    // The user's Shift, then the typed key: the library sends no Shift of its own.
+    EXPECT_EQ(keytest::Describe({keytest::Down(VK_SHIFT), keytest::Up(VK_SHIFT), keytest::Down('A'), keytest::Up('A')}),
+              keytest::Describe(recorder.WaitForKeys(4)));
+    EXPECT_FALSE(keytest::IsKeyDown(VK_LSHIFT)) << "Shift was put back after the user let go of it";
 }
 
 }  // namespace

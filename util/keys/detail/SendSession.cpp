@@ -121,7 +121,6 @@ SendSession::SendSession(const SendOptions& options) : pacer_(options.keyDelayMs
         release = false;  // nothing is held: typing goes ahead as the plain call
     if (!release || (ModifiersDown() & ~HeldByLibrary()) == 0)
         return;
-    // The hook first, then the state: a key the user lets go of from now on is seen either way.
     watch_ = std::make_unique<ModifierWatch>(ModifiersDown() & ~HeldByLibrary());
     if (!watch_->Active()) {
         // Nothing could follow the user's keys, so nothing could be put back as the user left it: the keys
@@ -130,7 +129,10 @@ SendSession::SendSession(const SendOptions& options) : pacer_(options.keyDelayMs
         return;
     }
     ModifierWatch::Pump();
-    released_ = watch_->UserHeld() & watch_->LogicallyDown() & ~HeldByLibrary();
+    // The hook first, then the state: a key let go of after this read is seen by the hook, and one let go of
+    // before it (even between the read that made the watch and the hook's start, which no hook saw) reads up
+    // here. Released and later put back, such a key would end up down although nobody holds it.
+    released_ = watch_->UserHeld() & watch_->LogicallyDown() & ModifiersDown() & ~HeldByLibrary();
     SendModifiers(released_, true);
     pacer_ = EventPacer(options.keyDelayMs, options.keyHoldMs, watch_.get());
 }
