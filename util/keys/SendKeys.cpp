@@ -7,6 +7,7 @@
 #include "keys/detail/SendSession.h"
 
 #include <cwchar>
+#include <utility>
 
 namespace {
 
@@ -138,5 +139,5 @@ void SendKeysRemoveSpecialChars(CString& text) {
             *out++ = ch;
         }
     }
-    text = escaped;
+    text = std::move(escaped);
 }
