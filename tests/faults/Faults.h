@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,9 @@ struct Operation {
     // the operation runs, so that the window and heap counts of a batch depend on when that thread last ran:
     // why; those two counts are then not compared, handles and GDI objects are.
     const char* platformWorkerWindow = nullptr;
+    // Where set, the status the operation must give with nothing failing (an operation that cannot do its work
+    // here would otherwise pass on its failure answer alone).
+    std::optional<int64_t> expectStatus = std::nullopt;
 };
 
 // Runs the C++ form `call`, turning the exceptions that leave it into the codes above.
@@ -65,7 +69,8 @@ void AddRegistryOperations(std::vector<Operation>& out);
 void AddFileOperations(std::vector<Operation>& out);
 void AddSystemOperations(std::vector<Operation>& out);
 void AddComOperations(std::vector<Operation>& out);
-void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session's
+void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session's, as the three below
+void AddLaunchOperations(std::vector<Operation>& out);
 
 // A folder of the run's own, made on first use (with a trailing backslash), and a file in it with `content`.
 const std::wstring& Scratch();

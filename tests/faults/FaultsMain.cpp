@@ -179,6 +179,11 @@ public:
             Fail(area, opName + ": fails with nothing refused: " + Show(normal));
             return;
         }
+        if (op.expectStatus && normal.status != *op.expectStatus) {
+            Fail(area,
+                 opName + ": with nothing refused gives " + Show(normal) + ", not " + std::to_string(*op.expectStatus));
+            return;
+        }
         // With nothing failing, repeated runs must hold nothing more; otherwise no growth under failure could be
         // told from it. Two batches: the first may still meet what the platform sets up once.
         Growth growth;
@@ -390,8 +395,10 @@ int wmain(int argc, wchar_t** argv) {
         faults::AddSystemOperations(operations);
         faults::AddComOperations(operations);
     }
-    if (withDesktop)
+    if (withDesktop) {
         faults::AddDesktopOperations(operations);
+        faults::AddLaunchOperations(operations);
+    }
 
     faults::Runner runner(quick, maxPoints, withDesktop);
     for (const faults::Operation& op : operations) {

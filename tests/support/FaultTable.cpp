@@ -3,7 +3,8 @@
 // ones each function documents: FALSE or null, INVALID_HANDLE_VALUE, an LSTATUS or HRESULT, 0 for a count or a
 // length, -1 (or WEOF) for the C runtime's counts. The last error is a plausible cause (0: the function sets
 // none). A release (CloseHandle, RegCloseKey, free, ...) is listed as unable to fail: refusing one would leak by
-// construction and the caller cannot do anything about it.
+// construction and the caller cannot do anything about it; so is a call that undoes an earlier one of the same
+// function (a detach), told by its argument.
 #include "FaultLayer.h"
 
 #include <objbase.h>
@@ -242,11 +243,12 @@ const std::vector<Row>& Table() {
         {"shell32.dll", "SHGetPathFromIDListW", Fails, 0, 0, false},
         {"shell32.dll", "ShellExecuteExW", Fails, 0, ERROR_ACCESS_DENIED, false},
         {"shell32.dll", "ShellExecuteW", Fails, SE_ERR_ACCESSDENIED, ERROR_ACCESS_DENIED, false},
-        {"user32.dll", "AttachThreadInput", Fails, 0, ERROR_ACCESS_DENIED, false},
+        {"user32.dll", "AttachThreadInput", Fails, 0, ERROR_ACCESS_DENIED, false, 2},  // FALSE: the detach
         {"user32.dll", "CallNextHookEx", CannotFail, 0, 0, false},  // the next hook's answer, passed on
         {"user32.dll", "CharUpperBuffW", CannotFail, 0, 0, false},
         {"user32.dll", "CloseClipboard", CannotFail, 0, 0, false},
         {"user32.dll", "CreateWindowExW", Fails, 0, ERROR_NOT_ENOUGH_MEMORY, false},
+        {"user32.dll", "DestroyWindow", CannotFail, 0, 0, false},  // a release
         {"user32.dll", "DispatchMessageW", CannotFail, 0, 0, false},
         {"user32.dll", "EmptyClipboard", Fails, 0, ERROR_CLIPBOARD_NOT_OPEN, false},
         {"user32.dll", "EnumChildWindows", Fails, 0, ERROR_INVALID_WINDOW_HANDLE, false},
