@@ -14,6 +14,8 @@
 
 #include <tlhelp32.h>
 
+#include <memory>
+
 namespace faults {
 
 namespace {

@@ -398,12 +398,14 @@ int wmain(int argc, wchar_t** argv) {
     if (withDesktop) {
         faults::AddDesktopOperations(operations);
         faults::AddLaunchOperations(operations);
+        faults::AddKeysOperations(operations);
+        faults::AddPickerOperations(operations);
     }
 
     faults::Runner runner(quick, maxPoints, withDesktop);
     for (const faults::Operation& op : operations) {
         const std::wstring area(op.area, op.area + strlen(op.area));
-        if (onlyArea.empty() || onlyArea == area)
+        if ((onlyArea.empty() || onlyArea == area) && !(quick && op.fullRunOnly != nullptr))
             runner.Check(op);
     }
     const int failed = runner.Finish() + (complete ? 0 : 1);
