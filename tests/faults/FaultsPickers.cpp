@@ -76,12 +76,13 @@ void AddPickerOperations(std::vector<Operation>& out) {
         out.push_back(op);
     }
     {
-        Operation op = Op("files_choose",
-                          [folder, file] {
-                              return WithUser([file](HWND dialog) { desktoptest::ConfirmFile(dialog, file); },
-                                              [&folder] { return PickFile(folder); });
-                          },
-                          {{0, L""}}, 1);
+        Operation op = Op(
+            "files_choose",
+            [folder, file] {
+                return WithUser([file](HWND dialog) { desktoptest::ConfirmFile(dialog, file); },
+                                [&folder] { return PickFile(folder); });
+            },
+            {{0, L""}}, 1);
         op.setup = [current] { current->Save(); };
         op.teardown = [current] { current->Restore(); };
         op.platformKeepsHandles = "Wine's open-file dialog keeps a handle of the process each time a file is chosen "
@@ -104,15 +105,15 @@ void AddPickerOperations(std::vector<Operation>& out) {
     // A start folder that does not exist is made for the dialog and removed when the user cancels.
     {
         const std::wstring start = folder + L"\\made for the dialog";
-        Operation op = Op("folder_missing_cancel",
-                          [start] {
-                              Answer answer =
-                                  WithUser(desktoptest::Cancel, [&start] { return PickFolder(start); });
-                              if (Exists(start))
-                                  answer.text += L" (left behind)";
-                              return answer;
-                          },
-                          {{0, start + L" (left behind)"}}, 0);
+        Operation op = Op(
+            "folder_missing_cancel",
+            [start] {
+                Answer answer = WithUser(desktoptest::Cancel, [&start] { return PickFolder(start); });
+                if (Exists(start))
+                    answer.text += L" (left behind)";
+                return answer;
+            },
+            {{0, start + L" (left behind)"}}, 0);
         op.silent = "a removal the system refuses leaves the folder made for the dialog behind";
         op.teardown = [start] { RemoveDirectoryW(start.c_str()); };
         op.fullRunOnly = kFillsTree;

@@ -15,12 +15,34 @@ using tav::keys::CheckKeyScript;
 
 // Number texts that test every step of the reading: blanks, signs, leading zeros, a "0x" that base 10 does not
 // take, the 32-bit limits and far beyond them, digits of other scripts (not ASCII: no number), and no digit.
-const wchar_t* const kNumbers[] = {
-    L"3",           L"+3",          L"-3",          L"\t7",         L"  12",       L"00012",
-    L"-0",          L"0",           L"0x10",        L"12abc",       L"2147483647", L"2147483648",
-    L"-2147483648", L"-2147483649", L"4294967296",  L"99999999999999999999999",   L"-99999999999999999999999",
-    L"+",           L"-",           L"+-5",         L"x",           L"\u0663",     L"\uff11",
-    L"",            L"1 2",         L"-7 x",        L"5-",          L"0009999999999"};
+const wchar_t* const kNumbers[] = {L"3",
+                                   L"+3",
+                                   L"-3",
+                                   L"\t7",
+                                   L"  12",
+                                   L"00012",
+                                   L"-0",
+                                   L"0",
+                                   L"0x10",
+                                   L"12abc",
+                                   L"2147483647",
+                                   L"2147483648",
+                                   L"-2147483648",
+                                   L"-2147483649",
+                                   L"4294967296",
+                                   L"99999999999999999999999",
+                                   L"-99999999999999999999999",
+                                   L"+",
+                                   L"-",
+                                   L"+-5",
+                                   L"x",
+                                   L"\u0663",
+                                   L"\uff11",
+                                   L"",
+                                   L"1 2",
+                                   L"-7 x",
+                                   L"5-",
+                                   L"0009999999999"};
 
 TEST(NumberRead, CountsAreReadAsSwscanfReadsThem) {
     for (size_t row = 0; row < std::size(kNumbers); ++row) {
@@ -51,7 +73,7 @@ TEST(NumberRead, MenuIndexesAreReadAsSwscanfReadsThem) {
             const std::wstring expected =
                 L"chooses item " + std::to_wstring(item) + L" of menu " + std::to_wstring(top) + L" ";
             EXPECT_NE(std::wstring::npos, check.message.find(expected))
- << "menu text #" << row << ": " << testing::PrintToString(check.message);
+                << "menu text #" << row << ": " << testing::PrintToString(check.message);
         }
 }
 

@@ -124,9 +124,11 @@ const std::vector<Row>& Table() {
         {"kernel32.dll", "SetThreadPriority", Runtime, 0, 0, false},
         {"kernel32.dll", "Sleep", CannotFail, 0, 0, false},
         {"kernel32.dll", "SuspendThread", Runtime, 0, 0, false},
+        // The recorder's slot is taken once, when the library is loaded (before the layer is installed).
         {"kernel32.dll", "TlsAlloc", Runtime, 0, 0, false},
-        {"kernel32.dll", "TlsGetValue", Runtime, 0, 0, false},
-        {"kernel32.dll", "TlsSetValue", Runtime, 0, 0, false},
+        {"kernel32.dll", "TlsFree", CannotFail, 0, 0, false},      // a release
+        {"kernel32.dll", "TlsGetValue", CannotFail, 0, 0, false},  // with a slot the caller holds
+        {"kernel32.dll", "TlsSetValue", CannotFail, 0, 0, false},  // with a slot the caller holds
         {"kernel32.dll", "TryEnterCriticalSection", Runtime, 0, 0, false},
         {"kernel32.dll", "VirtualProtect", Runtime, 0, 0, false},
         {"kernel32.dll", "VirtualQuery", Runtime, 0, 0, false},
