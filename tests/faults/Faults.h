@@ -75,6 +75,7 @@ void AddRegistryOperations(std::vector<Operation>& out);
 void AddFileOperations(std::vector<Operation>& out);
 void AddSystemOperations(std::vector<Operation>& out);
 void AddComOperations(std::vector<Operation>& out);
+void AddCppOperations(std::vector<Operation>& out);      // the C++ forms the C interface cannot tell apart
 void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session's, as the three below
 void AddLaunchOperations(std::vector<Operation>& out);
 void AddPickerOperations(std::vector<Operation>& out);

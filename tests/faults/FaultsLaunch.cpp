@@ -8,10 +8,13 @@
 #include "KeyTestWindows.h"
 #include "TestSupport.h"
 
+#include <TavUtil.h>
 #include "capi/TavUtilC.h"
 
 #include <windows.h>
 
+#include <objbase.h>
+#include <shlobj.h>
 #include <tlhelp32.h>
 
 #include <memory>
@@ -130,6 +133,31 @@ bool InputStillAttached() {
 // The answer of a start that makes a grabber: its result, and whether the input was left attached.
 Answer Started(int32_t result) { return {result, InputStillAttached() ? L"input left attached" : L""}; }
 
+// A shortcut to the probe in the run's folder, made once (the shell's link object, not the library).
+std::wstring ProbeShortcut() {
+    static const std::wstring path = [] {
+        const std::wstring link = Scratch() + L"probe.lnk";
+        IShellLinkW* shellLink = nullptr;
+        if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                                    reinterpret_cast<void**>(&shellLink))))
+            return link;
+        shellLink->SetPath(ProbePath().c_str());
+        IPersistFile* file = nullptr;
+        if (SUCCEEDED(shellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(&file)))) {
+            file->Save(link.c_str(), TRUE);
+            file->Release();
+        }
+        shellLink->Release();
+        return link;
+    }();
+    return path;
+}
+
+// The C++ form's process out-parameter: "null" (a failure or a shortcut), "handle", or "untouched".
+std::wstring HandleOut(HANDLE process, HANDLE untouched) {
+    return process == untouched ? L"untouched" : process == nullptr ? L"null" : L"handle";
+}
+
 std::wstring MessengerKey() { return L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\msnmsgr.exe"; }
 
 }  // namespace
@@ -192,6 +220,25 @@ void AddLaunchOperations(std::vector<Operation>& out) {
                      {{0, L""}}));
     out.back().teardown = AfterLaunch;
     out.back().platformKeepsHandles = kWaitForInputIdleKeepsHandles;
+
+    // The C++ form: the out-parameter receives the shell's process handle, or null after a failure (as settled),
+    // and a shortcut (a program text holding ".lnk") goes through the shell's plain open, which gives no handle.
+    for (const bool shortcut : {false, true}) {
+        Operation op = Op("launch", shortcut ? "execute_shortcut_cpp" : "execute_program_cpp",
+                          [shortcut, probe] {
+                              HANDLE untouched = reinterpret_cast<HANDLE>(0x1234);
+                              HANDLE process = untouched;
+                              const bool started = ExecuteProgram(shortcut ? ProbeShortcut() : probe, L"--cpp",
+                                                                  SW_SHOWNOACTIVATE, false, &process);
+                              const std::wstring out = HandleOut(process, untouched);
+                              if (process != untouched)
+                                  EndAndClose(process);
+                              return Answer{started ? 1 : 0, out};
+                          },
+                          {{0, L"null"}});
+        op.teardown = AfterLaunch;
+        out.push_back(op);
+    }
 
     // A messenger: 1 whenever its command line is registered, whether or not the start succeeded; 0 when the
     // registered line cannot be read.

@@ -394,6 +394,7 @@ int wmain(int argc, wchar_t** argv) {
         faults::AddFileOperations(operations);
         faults::AddSystemOperations(operations);
         faults::AddComOperations(operations);
+        faults::AddCppOperations(operations);
     }
     if (withDesktop) {
         faults::AddDesktopOperations(operations);

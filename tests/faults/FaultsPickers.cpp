@@ -6,6 +6,7 @@
 #include "Desktop.h"
 #include "DialogDriver.h"
 
+#include <TavUtil.h>
 #include "capi/TavUtilC.h"
 
 #include <windows.h>
@@ -87,6 +88,23 @@ void AddPickerOperations(std::vector<Operation>& out) {
         op.teardown = [current] { current->Restore(); };
         op.platformKeepsHandles = "Wine's open-file dialog keeps a handle of the process each time a file is chosen "
                                   "(measured with GetOpenFileNameW called directly)";
+        out.push_back(op);
+    }
+
+    // The C++ form: the file is written only when one was chosen.
+    {
+        Operation op = Op(
+            "browse_files_cpp",
+            [folder] {
+                return WithUser(desktoptest::Cancel, [&folder] {
+                    CStdStr<wchar_t> file = L"untouched";
+                    const bool chosen = BrowseFiles(L"Text files|*.txt||", file, folder.c_str(), L"");
+                    return Answer{chosen ? 1 : 0, std::wstring(file.c_str())};
+                });
+            },
+            {}, 0);
+        op.setup = [current] { current->Save(); };
+        op.teardown = [current] { current->Restore(); };
         out.push_back(op);
     }
 
