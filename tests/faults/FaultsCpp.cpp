@@ -40,14 +40,15 @@ std::wstring Text(const CStdStr<wchar_t>& text) { return std::wstring(text.c_str
 void AddCppOperations(std::vector<Operation>& out) {
     // CRegistry::ReadStringValue: 0 and the value; 1 and an empty text on any failure (as settled).
     {
-        Operation op = Op("registry", "read_string_value_cpp",
-                          [] {
-                              CRegistry key(HKEY_CURRENT_USER, kValueKey, true);
-                              CStdStr<wchar_t> value = kUntouched;
-                              const long status = key.ReadStringValue(L"text", value);
-                              return Answer{status, Text(value)};
-                          },
-                          {{1, L""}}, 0);
+        Operation op = Op(
+            "registry", "read_string_value_cpp",
+            [] {
+                CRegistry key(HKEY_CURRENT_USER, kValueKey, true);
+                CStdStr<wchar_t> value = kUntouched;
+                const long status = key.ReadStringValue(L"text", value);
+                return Answer{status, Text(value)};
+            },
+            {{1, L""}}, 0);
         op.setup = [] { SetString(HKEY_CURRENT_USER, kValueKey, L"text", L"stored"); };
         op.teardown = [] { tavtest::DeleteKeyTree(HKEY_CURRENT_USER, L"Software\\TavUtilFaults"); };
         out.push_back(op);
@@ -56,35 +57,38 @@ void AddCppOperations(std::vector<Operation>& out) {
     // FindApplicationPath: true and the registered path; false with `path` untouched where the key could not be
     // opened, false with `path` empty where its value could not be read.
     {
-        Operation op = Op("software", "find_application_path_cpp",
-                          [] {
-                              CStdStr<wchar_t> path = kUntouched;
-                              const bool found = FindApplicationPath(L"faultsapp", path, L"exe");
-                              return Answer{found ? 1 : 0, Text(path)};
-                          },
-                          {{0, kUntouched}, {0, L""}}, 1);
+        Operation op = Op(
+            "software", "find_application_path_cpp",
+            [] {
+                CStdStr<wchar_t> path = kUntouched;
+                const bool found = FindApplicationPath(L"faultsapp", path, L"exe");
+                return Answer{found ? 1 : 0, Text(path)};
+            },
+            {{0, kUntouched}, {0, L""}}, 1);
         op.setup = [] { SetString(HKEY_LOCAL_MACHINE, kAppKey, L"", L"C:\\faults\\faultsapp.exe"); };
         op.teardown = [] { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kAppKey); };
         out.push_back(op);
     }
 
     // IsPVAppInstalled with no companion registered: 0, and `path` left alone whatever fails.
-    out.push_back(Op("launch", "is_pv_app_installed_cpp",
-                     [] {
-                         CStdStr<wchar_t> path = kUntouched;
-                         return Answer{IsPVAppInstalled(path), Text(path)};
-                     },
-                     {}, 0));
+    out.push_back(Op(
+        "launch", "is_pv_app_installed_cpp",
+        [] {
+            CStdStr<wchar_t> path = kUntouched;
+            return Answer{IsPVAppInstalled(path), Text(path)};
+        },
+        {}, 0));
 
     // ExtractProgram: where no start of the line can be found (a look-up refused), the whole line is the program
     // and the arguments are empty; the answer stays true.
-    out.push_back(Op("launch", "extract_program_cpp",
-                     [] {
-                         CStdStr<wchar_t> program = kUntouched, args = kUntouched;
-                         const bool split = ExtractProgram(L"notepad.exe /a", program, args);
-                         return Answer{split ? 1 : 0, Text(program) + L"|" + Text(args)};
-                     },
-                     {{1, L"notepad.exe /a|"}}, 1));
+    out.push_back(Op(
+        "launch", "extract_program_cpp",
+        [] {
+            CStdStr<wchar_t> program = kUntouched, args = kUntouched;
+            const bool split = ExtractProgram(L"notepad.exe /a", program, args);
+            return Answer{split ? 1 : 0, Text(program) + L"|" + Text(args)};
+        },
+        {{1, L"notepad.exe /a|"}}, 1));
 }
 
 }  // namespace faults

@@ -19,7 +19,7 @@ int DigitValue(wchar_t c, unsigned base) {
 struct Scanned {
     const wchar_t* end = nullptr;  // null: no number
     bool negative = false;
-    bool tooLarge = false;    // the magnitude passed 2^32 - 1
+    bool tooLarge = false;   // the magnitude passed 2^32 - 1
     uint64_t magnitude = 0;  // exact while !tooLarge
 };
 
@@ -72,11 +72,9 @@ const wchar_t* ScanHex(const wchar_t* text, unsigned& value) {
     const Scanned scanned = Scan(text, 16);
     if (scanned.end == nullptr)
         return nullptr;
-    // wcstoul's range: the largest value on overflow, whatever the sign; otherwise negated after a minus.
-    if (scanned.tooLarge)
-        value = UINT32_MAX;
-    else
-        value = scanned.negative ? 0u - static_cast<unsigned>(scanned.magnitude) : static_cast<unsigned>(scanned.magnitude);
+    // The runtime's wcstoul: the largest value on overflow, and that (or the value) negated after a minus.
+    const unsigned magnitude = scanned.tooLarge ? UINT32_MAX : static_cast<unsigned>(scanned.magnitude);
+    value = scanned.negative ? 0u - magnitude : magnitude;
     return scanned.end;
 }
 

@@ -14,8 +14,9 @@ namespace tav::keys::detail {
 const wchar_t* ScanDecimal(const wchar_t* text, int& value);
 
 // Reads one "%x" number at `text`: blanks skipped, an optional sign, a "0x" or "0X" after a leading 0 skipped,
-// then ASCII hexadecimal digits; the value as wcstoul gives it (the largest value when it does not fit, negated
-// after a minus sign). Returns the position after the number, or null when none stands there.
+// then ASCII hexadecimal digits; the value as the runtime's wcstoul gives it (the largest value when it does not
+// fit; after a minus sign, that or the value negated). Returns the position after the number, or null when none
+// stands there.
 const wchar_t* ScanHex(const wchar_t* text, unsigned& value);
 
 }  // namespace tav::keys::detail
