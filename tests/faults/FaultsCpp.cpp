@@ -6,6 +6,7 @@
 #include "RegistryFixture.h"
 
 #include <TavUtil.h>
+#include "capi/TavUtilC.h"
 
 #include <windows.h>
 
@@ -78,6 +79,20 @@ void AddCppOperations(std::vector<Operation>& out) {
             return Answer{IsPVAppInstalled(path), Text(path)};
         },
         {}, 0));
+
+    // The sentence of a Windows status: the system's message, or the sentence naming the number where the
+    // system's message could not be had.
+    out.push_back(Op(
+        "support", "result_text_win32",
+        [] {
+            wchar_t sentence[512] = {};
+            size_t needed = 0;
+            const int32_t status = tav_result_text(TAV_RESULT_WIN32, 5, sentence, 512, &needed);
+            return Answer{status, sentence};
+        },
+        {}, TAV_OK));
+    out.back().allow = kAnyText;
+    out.back().silent = "a status whose message the system could not give is described by its number";
 
     // ExtractProgram: where no start of the line can be found (a look-up refused), the whole line is the program
     // and the arguments are empty; the answer stays true.

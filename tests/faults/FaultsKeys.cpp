@@ -9,6 +9,7 @@
 #include "RegistryFixture.h"
 #include "TestSupport.h"
 
+#include <TavUtil.h>
 #include "capi/TavUtilC.h"
 
 #include <windows.h>
@@ -195,6 +196,15 @@ void AddKeysOperations(std::vector<Operation>& out) {
         // A failed module read falls back to the process entry's bare name, as settled.
         {{TAV_OK, L""}, {TAV_OK, ownName}}, TAV_OK));
     out.back().setup = TypeIntoTarget;
+
+    // The C++ form's clipboard format check: false where the system could not say.
+    out.push_back(Op(
+        "clipboard", "is_format_available_cpp",
+        [] {
+            return Answer{Clipboard::isFormatAvailable(CF_UNICODETEXT) ? 1 : 0, L""};
+        },
+        {{0, L""}}, 1));
+    out.back().setup = [] { tav_clipboard_set_text(L"format check"); };
 
     // A window handle as text: pure formatting.
     out.push_back(Op(

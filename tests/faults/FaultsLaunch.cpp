@@ -282,6 +282,32 @@ void AddLaunchOperations(std::vector<Operation>& out) {
         out.push_back(op);
     }
 
+    // The focus window of another process's window: null where the attachment, or the thread's state, could not
+    // be had (the attachment is undone either way).
+    {
+        auto started = std::make_shared<StartedProbe>();
+        Operation op =
+            Op("windows", "focus_window_other_process",
+               [started] {
+                   const std::vector<HWND> windows = tavtest::TopLevelWindowsOf(started->info.dwProcessId, kProbeClass);
+                   const HWND focus =
+                       windows.empty() ? nullptr : static_cast<HWND>(tav_window_focus_window(windows.front()));
+                   return Answer{focus != nullptr, InputStillAttached() ? L"input left attached" : L""};
+               },
+               {{0, L""}});
+        op.setup = [started] {
+            started->Start();
+            const std::vector<HWND> windows = tavtest::TopLevelWindowsOf(started->info.dwProcessId, kProbeClass);
+            if (!windows.empty())
+                tavtest::BringToFront(windows.front());
+        };
+        op.teardown = [started] {
+            started->End();
+            tavtest::PumpMessages();
+        };
+        out.push_back(op);
+    }
+
     // The grabber while another process has the foreground: it attaches, makes and closes its window, and
     // detaches when it ends. No attachment means no detachment; none may outlive the grabber.
     {
