@@ -133,8 +133,8 @@ std::wstring ErrorMessage(SKERR result, const wchar_t* script, ptrdiff_t offset)
         int count = 0;
         if (*at == L'{') {
             const Brace brace = ReadBrace(at);
-            if (brace.delimiter != nullptr && *brace.delimiter == L' ' &&
-                detail::ScanDecimal(brace.delimiter, count) != nullptr && count < 0)
+            if (brace.delimiter != nullptr && *brace.delimiter == L' ' && detail::ScanDecimal(brace.delimiter, count) &&
+                count < 0)
                 return L"the count " + std::to_wstring(count) + L" in " + Quote(brace.text) +
                        L" is not a number above 0: it repeats the key until " + tooLong;
         }

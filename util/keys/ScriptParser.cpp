@@ -160,7 +160,7 @@ private:
                 return SKERR_INVALIDKEY;
         }
         int count = 1;
-        if (IsBlank(*delimiter) && (detail::ScanDecimal(delimiter, count) == nullptr || count == 0))
+        if (IsBlank(*delimiter) && (!detail::ScanDecimal(delimiter, count) || count == 0))
             return SKERR_INVALIDCOUNT;
         // Whatever stands between the count and the closing brace is ignored.
         const wchar_t* close = wcschr(delimiter, L'}');

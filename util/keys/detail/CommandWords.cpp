@@ -105,15 +105,10 @@ CommandWord ReadWordAt(const wchar_t* position, WordScanner& scanner, unsigned& 
         // Missing values are 0 (the message itself is the number read above).
         command.kind = Is(word, L"{SendMessage") ? CommandWord::SendMessage : CommandWord::PostMessage;
         command.number = number;
-        const wchar_t* next = ScanHex(rest, command.number);  // "%x %x %x": each read only after the one before
-        next = next != nullptr ? ScanHex(next, command.wParam) : nullptr;
-        if (next != nullptr)
-            ScanHex(next, command.lParam);
+        ScanThreeHex(rest, command.number, command.wParam, command.lParam);
     } else if (Is(word, L"{Menu")) {
         command.kind = CommandWord::Menu;
-        const wchar_t* next = ScanDecimal(rest, command.top);  // "%d %d"; missing indexes are 0
-        if (next != nullptr)
-            ScanDecimal(next, command.item);
+        ScanTwoDecimal(rest, command.top, command.item);  // missing indexes are 0
     }
     return command;
 }

@@ -1,22 +1,20 @@
-// The numbers of the script language, read as the runtime's swscanf reads "%d" and "%x", without its heap:
-// the runtime's swscanf gathers the characters of every number in a buffer it allocates, and writes through the
-// null pointer when that allocation is refused. A count in a script ("{a 3}") and the numbers after a command
-// word are read here instead, with the same answers.
+// The numbers of the script language, read as the runtime's swscanf reads "%d", "%x", "%x %x %x" and "%d %d".
+// The runtime's swscanf gathers the units of every number in a buffer it allocates, and writes through the null
+// pointer when that allocation is refused. The texts people write (ASCII digits, signs and blanks) are read here
+// instead, with swscanf's answers and without the heap; a text whose numbers hold other units (digits of other
+// scripts, the unit 0xFFFF, which swscanf reads as the end) is still handed to swscanf, whose readings of those
+// are kept as they are.
 #pragma once
-
-#include <cstdint>
 
 namespace tav::keys::detail {
 
-// Reads one "%d" number at `text`: blanks (iswspace) skipped, an optional sign, then ASCII digits; the value as
-// wcstol gives it for those characters (held at the 32-bit limits when it does not fit). Returns the position
-// after the number, or null when none stands there (`value` is then left as it was).
-const wchar_t* ScanDecimal(const wchar_t* text, int& value);
-
-// Reads one "%x" number at `text`: blanks skipped, an optional sign, a "0x" or "0X" after a leading 0 skipped,
-// then ASCII hexadecimal digits; the value as the runtime's wcstoul gives it (the largest value when it does not
-// fit; after a minus sign, that or the value negated). Returns the position after the number, or null when none
-// stands there.
-const wchar_t* ScanHex(const wchar_t* text, unsigned& value);
+// swscanf(text, L"%d", &value) == 1: a count. `value` is left alone when no number stands there.
+bool ScanDecimal(const wchar_t* text, int& value);
+// swscanf(text, L"%x", &value): the number after a command word.
+void ScanHex(const wchar_t* text, unsigned& value);
+// swscanf(text, L"%x %x %x", &a, &b, &c): a message and its two values.
+void ScanThreeHex(const wchar_t* text, unsigned& a, unsigned& b, unsigned& c);
+// swscanf(text, L"%d %d", &a, &b): a menu's position and its item's.
+void ScanTwoDecimal(const wchar_t* text, int& a, int& b);
 
 }  // namespace tav::keys::detail
