@@ -184,6 +184,8 @@ const std::vector<Row>& Table() {
         {"msvcrt.dll", "getwc", Runtime, 0, 0, false},
         {"msvcrt.dll", "iswalpha", CannotFail, 0, 0, false},
         {"msvcrt.dll", "iswctype", Runtime, 0, 0, false},
+        {"msvcrt.dll", "iswdigit", CannotFail, 0, 0, false},
+        {"msvcrt.dll", "iswxdigit", CannotFail, 0, 0, false},
         {"msvcrt.dll", "iswspace", CannotFail, 0, 0, false},
         {"msvcrt.dll", "localeconv", Runtime, 0, 0, false},
         {"msvcrt.dll", "malloc", Fails, 0, ERROR_NOT_ENOUGH_MEMORY, true},
@@ -219,7 +221,7 @@ const std::vector<Row>& Table() {
         {"msvcrt.dll", "wcspbrk", CannotFail, 0, 0, false},
         {"msvcrt.dll", "wcsstr", CannotFail, 0, 0, false},
         {"msvcrt.dll", "wcstol", Runtime, 0, 0, false},
-        {"msvcrt.dll", "wcstoul", Runtime, 0, 0, false},
+        {"msvcrt.dll", "wcstoul", CannotFail, 0, 0, false},  // the runtime's, and the script numbers' digits
         {"msvcrt.dll", "wcsxfrm", Runtime, 0, 0, false},
         {"msvcrt.dll", "longjmp", Runtime, 0, 0, false},
         {"msvcrt.dll", "_write", Runtime, 0, 0, false},
