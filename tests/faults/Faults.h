@@ -6,8 +6,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+namespace keytest {
+class EditWindow;
+}
 
 namespace faults {
 
@@ -54,6 +59,11 @@ struct Operation {
     // the operation runs, so that the window and heap counts of a batch depend on when that thread last ran:
     // why; those two counts are then not compared, handles and GDI objects are.
     const char* platformWorkerWindow = nullptr;
+    // Where set, the status the operation must give with nothing failing (an operation that cannot do its work
+    // here would otherwise pass on its failure answer alone).
+    std::optional<int64_t> expectStatus = std::nullopt;
+    // Set where one run takes seconds (a dialog that fills a folder tree): why the quick run leaves it out.
+    const char* fullRunOnly = nullptr;
 };
 
 // Runs the C++ form `call`, turning the exceptions that leave it into the codes above.
@@ -65,11 +75,22 @@ void AddRegistryOperations(std::vector<Operation>& out);
 void AddFileOperations(std::vector<Operation>& out);
 void AddSystemOperations(std::vector<Operation>& out);
 void AddComOperations(std::vector<Operation>& out);
-void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session's
+void AddCppOperations(std::vector<Operation>& out);      // the C++ forms the C interface cannot tell apart
+void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session's, as the three below
+void AddLaunchOperations(std::vector<Operation>& out);
+void AddPickerOperations(std::vector<Operation>& out);
+void AddKeysOperations(std::vector<Operation>& out);
 
 // A folder of the run's own, made on first use (with a trailing backslash), and a file in it with `content`.
 const std::wstring& Scratch();
 std::wstring ScratchFile(const wchar_t* name, const std::string& content);
+
+// The typing target of the desktop operations (an Edit of the run's own), made on first use and kept for the whole
+// run; a setup that puts it, empty, in front; and a typing call's result with what arrived in the target (where
+// keys could not be sent the text is shorter).
+keytest::EditWindow& Target();
+void TypeIntoTarget();
+Answer Typed(const std::function<int32_t()>& type);
 
 // Answer helpers for the text-out rule of the C interface: call `fill(buffer, capacity, &needed)`.
 Answer TextResult(const std::function<int32_t(wchar_t*, size_t, size_t*)>& fill);

@@ -16,25 +16,27 @@
 
 namespace faults {
 
-namespace {
-
-Operation Op(const char* area, const char* name, std::function<Answer()> run, std::vector<Answer> neutral,
-             unsigned allow = 0) {
-    return Operation{area, name, std::move(run), std::move(neutral), allow, nullptr, {}, {}, false};
-}
-
-// The typing target, made on first use and kept for the whole run.
 keytest::EditWindow& Target() {
     static keytest::EditWindow window;
     return window;
 }
 
-// Types `script` into the target and answers the result and what arrived. Where the keys could not be sent the
-// text is shorter: any prefix of the normal text is a neutral answer (checked by the caller's table).
 Answer Typed(const std::function<int32_t()>& type) {
     const int32_t result = type();
     tavtest::Settle(Target().window());
     return {result, Target().Text()};
+}
+
+void TypeIntoTarget() {
+    Target().Clear();
+    tavtest::BringToFront(Target().window());
+}
+
+namespace {
+
+Operation Op(const char* area, const char* name, std::function<Answer()> run, std::vector<Answer> neutral,
+             unsigned allow = 0) {
+    return Operation{area, name, std::move(run), std::move(neutral), allow, nullptr, {}, {}, false};
 }
 
 // The clipboard's text as the test reads it (not through the library).

@@ -17,6 +17,7 @@ struct Stub {
     uint64_t failValue;  // offset 8: the dispatcher returns this to fail
     DWORD lastError;
     uint32_t index;
+    int32_t releaseArgument;  // Row::releaseWhenZero
     unsigned char code[24];
 };
 static_assert(offsetof(Stub, real) == 0 && offsetof(Stub, failValue) == 8, "the dispatcher reads these offsets");
@@ -41,12 +42,15 @@ Stub* g_getProcAddressStub = nullptr;
 
 }  // namespace tavtest::faults
 
-// Called by the dispatcher for every call of a watched function: non-zero when this call must fail. Touches
-// nothing but the counters on the forwarding path, so the last error reaches the real function as it was.
-extern "C" int tavfault_decide(tavtest::faults::Stub* stub) {
+// Called by the dispatcher for every call of a watched function, with the first four arguments as the caller
+// passed them: non-zero when this call must fail. Touches nothing but the counters on the forwarding path, so the
+// last error reaches the real function as it was.
+extern "C" int tavfault_decide(tavtest::faults::Stub* stub, const uint64_t* arguments) {
     using namespace tavtest::faults;
     if (!g_armed.load(std::memory_order_relaxed))
         return 0;
+    if (stub->releaseArgument >= 0 && arguments[stub->releaseArgument] == 0)
+        return 0;  // a release: forwarded, neither counted nor failed
     const uint64_t call = g_counts[stub->index].fetch_add(1, std::memory_order_relaxed) + 1;
     if (stub->index != g_target.load(std::memory_order_relaxed) || call != g_targetCall.load(std::memory_order_relaxed))
         return 0;
@@ -75,6 +79,7 @@ tavfault_dispatch:
     movdqa %xmm3, 0x70(%rsp)
     movq %r10, 0x80(%rsp)
     movq %r10, %rcx
+    leaq 0x20(%rsp), %rdx
     call tavfault_decide
     movq 0x80(%rsp), %r10
     movq 0x20(%rsp), %rcx
@@ -126,6 +131,7 @@ Stub* StubFor(const Row* row, void* real) {
     stub->failValue = row->failValue;
     stub->lastError = row->lastError;
     stub->index = static_cast<uint32_t>(g_stubCount);
+    stub->releaseArgument = row->releaseWhenZero;
     unsigned char* code = stub->code;
     const auto r10 = reinterpret_cast<uint64_t>(stub);
     const auto rax = reinterpret_cast<uint64_t>(&tavfault_dispatch);
@@ -158,7 +164,8 @@ std::string ModuleBaseName(HMODULE module) {
 // What the library's GetProcAddress import now points at: counted and failed like any watched function; a found
 // function with a row is handed back as its stub.
 FARPROC WINAPI WatchedGetProcAddress(HMODULE module, LPCSTR name) {
-    if (tavfault_decide(g_getProcAddressStub))
+    const uint64_t arguments[4] = {reinterpret_cast<uint64_t>(module), reinterpret_cast<uint64_t>(name), 0, 0};
+    if (tavfault_decide(g_getProcAddressStub, arguments))
         return nullptr;
     FARPROC real = g_realGetProcAddress(module, name);
     if (real == nullptr || IS_INTRESOURCE(name))

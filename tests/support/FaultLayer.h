@@ -48,6 +48,10 @@ struct Row {
     uint64_t failValue;  // the documented failure value: 0, FALSE, INVALID_HANDLE_VALUE, an LSTATUS, an HRESULT
     DWORD lastError;
     bool allocates;  // a refusal of this call is a refusal of memory
+    // -1, or the index (0 to 3) of an argument that makes a call a release when it is 0: such a call undoes what an
+    // earlier call of the same function did (AttachThreadInput with FALSE detaches), and is forwarded, neither
+    // counted nor failed, as the releases of their own are left unwatched.
+    int releaseWhenZero = -1;
 };
 
 // The table of every function TavUtil.dll imports or binds at run time.

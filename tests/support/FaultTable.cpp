@@ -3,7 +3,8 @@
 // ones each function documents: FALSE or null, INVALID_HANDLE_VALUE, an LSTATUS or HRESULT, 0 for a count or a
 // length, -1 (or WEOF) for the C runtime's counts. The last error is a plausible cause (0: the function sets
 // none). A release (CloseHandle, RegCloseKey, free, ...) is listed as unable to fail: refusing one would leak by
-// construction and the caller cannot do anything about it.
+// construction and the caller cannot do anything about it; so is a call that undoes an earlier one of the same
+// function (a detach), told by its argument.
 #include "FaultLayer.h"
 
 #include <objbase.h>
@@ -123,9 +124,11 @@ const std::vector<Row>& Table() {
         {"kernel32.dll", "SetThreadPriority", Runtime, 0, 0, false},
         {"kernel32.dll", "Sleep", CannotFail, 0, 0, false},
         {"kernel32.dll", "SuspendThread", Runtime, 0, 0, false},
+        // The recorder's slot is taken once, when the library is loaded (before the layer is installed).
         {"kernel32.dll", "TlsAlloc", Runtime, 0, 0, false},
-        {"kernel32.dll", "TlsGetValue", Runtime, 0, 0, false},
-        {"kernel32.dll", "TlsSetValue", Runtime, 0, 0, false},
+        {"kernel32.dll", "TlsFree", CannotFail, 0, 0, false},      // a release
+        {"kernel32.dll", "TlsGetValue", CannotFail, 0, 0, false},  // with a slot the caller holds
+        {"kernel32.dll", "TlsSetValue", CannotFail, 0, 0, false},  // with a slot the caller holds
         {"kernel32.dll", "TryEnterCriticalSection", Runtime, 0, 0, false},
         {"kernel32.dll", "VirtualProtect", Runtime, 0, 0, false},
         {"kernel32.dll", "VirtualQuery", Runtime, 0, 0, false},
@@ -181,6 +184,8 @@ const std::vector<Row>& Table() {
         {"msvcrt.dll", "getwc", Runtime, 0, 0, false},
         {"msvcrt.dll", "iswalpha", CannotFail, 0, 0, false},
         {"msvcrt.dll", "iswctype", Runtime, 0, 0, false},
+        {"msvcrt.dll", "iswdigit", CannotFail, 0, 0, false},
+        {"msvcrt.dll", "iswxdigit", CannotFail, 0, 0, false},
         {"msvcrt.dll", "iswspace", CannotFail, 0, 0, false},
         {"msvcrt.dll", "localeconv", Runtime, 0, 0, false},
         {"msvcrt.dll", "malloc", Fails, 0, ERROR_NOT_ENOUGH_MEMORY, true},
@@ -216,7 +221,7 @@ const std::vector<Row>& Table() {
         {"msvcrt.dll", "wcspbrk", CannotFail, 0, 0, false},
         {"msvcrt.dll", "wcsstr", CannotFail, 0, 0, false},
         {"msvcrt.dll", "wcstol", Runtime, 0, 0, false},
-        {"msvcrt.dll", "wcstoul", Runtime, 0, 0, false},
+        {"msvcrt.dll", "wcstoul", CannotFail, 0, 0, false},  // the runtime's, and the script numbers' digits
         {"msvcrt.dll", "wcsxfrm", Runtime, 0, 0, false},
         {"msvcrt.dll", "longjmp", Runtime, 0, 0, false},
         {"msvcrt.dll", "_write", Runtime, 0, 0, false},
@@ -242,11 +247,12 @@ const std::vector<Row>& Table() {
         {"shell32.dll", "SHGetPathFromIDListW", Fails, 0, 0, false},
         {"shell32.dll", "ShellExecuteExW", Fails, 0, ERROR_ACCESS_DENIED, false},
         {"shell32.dll", "ShellExecuteW", Fails, SE_ERR_ACCESSDENIED, ERROR_ACCESS_DENIED, false},
-        {"user32.dll", "AttachThreadInput", Fails, 0, ERROR_ACCESS_DENIED, false},
+        {"user32.dll", "AttachThreadInput", Fails, 0, ERROR_ACCESS_DENIED, false, 2},  // FALSE: the detach
         {"user32.dll", "CallNextHookEx", CannotFail, 0, 0, false},  // the next hook's answer, passed on
         {"user32.dll", "CharUpperBuffW", CannotFail, 0, 0, false},
         {"user32.dll", "CloseClipboard", CannotFail, 0, 0, false},
         {"user32.dll", "CreateWindowExW", Fails, 0, ERROR_NOT_ENOUGH_MEMORY, false},
+        {"user32.dll", "DestroyWindow", CannotFail, 0, 0, false},  // a release
         {"user32.dll", "DispatchMessageW", CannotFail, 0, 0, false},
         {"user32.dll", "EmptyClipboard", Fails, 0, ERROR_CLIPBOARD_NOT_OPEN, false},
         {"user32.dll", "EnumChildWindows", Fails, 0, ERROR_INVALID_WINDOW_HANDLE, false},

@@ -4,6 +4,7 @@
 #include "capi/c/keys.h"
 #include "capi/c/waits.h"
 #include "capi/detail/Boundary.h"
+#include "platform/Handles.h"
 
 #include <windows.h>
 
@@ -64,9 +65,9 @@ std::wstring SystemMessage(DWORD code) {
     const DWORD length =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_ALLOCATE_BUFFER,
                        nullptr, code, 0, reinterpret_cast<wchar_t*>(&message), 0, nullptr);
+    // Owned at once: the copy below may be refused its memory, and the system's buffer must go back then too.
+    const tav::UniqueLocal<wchar_t> owned(message);
     std::wstring text(message != nullptr ? message : L"", message != nullptr ? length : 0);
-    if (message != nullptr)
-        LocalFree(message);
     while (!text.empty() && std::wcschr(L" \t\r\n", text.back()) != nullptr)
         text.pop_back();
     return text;

@@ -153,10 +153,17 @@ bool CBrowseForFolderHelper::DoModal() {
 int CALLBACK CBrowseForFolderHelper::BrowseCallback(HWND hWnd, UINT message, LPARAM param, LPARAM data) {
     auto* helper = reinterpret_cast<CBrowseForFolderHelper*>(data);
     helper->m_hWnd = hWnd;
-    switch (message) {
-    case BFFM_INITIALIZED: helper->OnInitialized(); break;
-    case BFFM_SELCHANGED: helper->OnSelChanged(reinterpret_cast<LPCITEMIDLIST>(param)); break;
-    default: break;
+    // The system's dialog calls this: an exception (memory refused while a path is kept) must not unwind through
+    // its frames, which would leave the dialog's windows and its modal loop behind. The dialog is cancelled
+    // instead, and the browse ends as a cancel does.
+    try {
+        switch (message) {
+        case BFFM_INITIALIZED: helper->OnInitialized(); break;
+        case BFFM_SELCHANGED: helper->OnSelChanged(reinterpret_cast<LPCITEMIDLIST>(param)); break;
+        default: break;
+        }
+    } catch (...) {
+        PostMessageW(hWnd, WM_COMMAND, IDCANCEL, 0);
     }
     return 0;
 }

@@ -44,6 +44,11 @@ void ForegroundAttentionGrabber::doOurBlackMagic() {
     // Creating and closing a window on the attached input completes the unlock; the window is never shown.
     HWND window = CreateWindowExW(0, L"Button", nullptr, WS_POPUP, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
                                   CW_USEDEFAULT, nullptr, nullptr, nullptr, nullptr);
-    if (window)
-        SendMessageW(window, WM_CLOSE, 0, 0);
+    if (window == nullptr)
+        return;
+    SendMessageW(window, WM_CLOSE, 0, 0);
+    // The close goes through WM_CLOSE as it always has; a window that is still there after it (the message
+    // could not be delivered) is destroyed here, or every grabber would leave one window behind.
+    if (IsWindow(window))
+        DestroyWindow(window);
 }

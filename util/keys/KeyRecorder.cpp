@@ -4,12 +4,13 @@
 #include "platform/detail/LibraryModule.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace tav::keys {
 
 namespace {
 
-// The recorders of the calling thread and their hook. Thread-local on purpose: a low-level hook is called on
+// The recorders of the calling thread and their hook. Per thread on purpose: a low-level hook is called on
 // the thread that set it, so each thread that records has its own hook and list, touched only by that
 // thread (KeyRecorder's constructor and destructor, and the hook itself). Null while the thread records
 // nothing.
@@ -17,12 +18,37 @@ struct ThreadRecorders {
     HHOOK hook = nullptr;
     std::vector<KeyRecorder*> recorders;
 };
-thread_local ThreadRecorders* t_recorders = nullptr;
+
+// Where each thread keeps its ThreadRecorders: a slot of the system's thread-local storage, taken when the
+// library is loaded. Not the language's thread_local: the runtime makes a thread's block of those on its first
+// use, with an allocation whose refusal ends the whole process.
+struct RecorderSlot {
+    const DWORD index = TlsAlloc();
+    RecorderSlot() = default;
+    RecorderSlot(const RecorderSlot&) = delete;
+    RecorderSlot& operator=(const RecorderSlot&) = delete;
+    ~RecorderSlot() {
+        if (index != TLS_OUT_OF_INDEXES)
+            TlsFree(index);
+    }
+};
+const RecorderSlot g_slot;
+
+ThreadRecorders* ThisThreadsRecorders() {
+    return g_slot.index == TLS_OUT_OF_INDEXES ? nullptr : static_cast<ThreadRecorders*>(TlsGetValue(g_slot.index));
+}
 
 LRESULT CALLBACK RecorderHook(int code, WPARAM message, LPARAM data) {
-    if (code == HC_ACTION && t_recorders != nullptr)
-        for (KeyRecorder* recorder : t_recorders->recorders)
-            recorder->Take(message, *reinterpret_cast<const KBDLLHOOKSTRUCT*>(data));
+    ThreadRecorders* thread = ThisThreadsRecorders();
+    if (code == HC_ACTION && thread != nullptr) {
+        // Called by the system: nothing may unwind through it. A key that could not be kept (memory refused
+        // once the recorder's reserve is used up) is left out of the recording.
+        try {
+            for (KeyRecorder* recorder : thread->recorders)
+                recorder->Take(message, *reinterpret_cast<const KBDLLHOOKSTRUCT*>(data));
+        } catch (...) {
+        }
+    }
     return CallNextHookEx(nullptr, code, message, data);
 }
 
@@ -46,27 +72,37 @@ unsigned ModifiersDownNow() {
 KeyRecorder::KeyRecorder(DWORD flags) : flags_(flags), heldAtStart_(ModifiersDownNow()) {
     // Room for a good deal of typing up front: the hook should not wait on the allocator.
     keys_.reserve(4096);
-    if (t_recorders == nullptr) {
-        HHOOK hook = SetWindowsHookExW(WH_KEYBOARD_LL, RecorderHook, tav::platform::detail::LibraryModule(), 0);
-        if (hook == nullptr) {
-            hookError_ = GetLastError();
-            return;
-        }
-        t_recorders = new ThreadRecorders{hook, {}};
+    if (ThreadRecorders* thread = ThisThreadsRecorders()) {
+        thread->recorders.push_back(this);  // may throw: the thread's other recorders are as they were
+        recording_ = true;
+        return;
     }
-    t_recorders->recorders.push_back(this);
+    if (g_slot.index == TLS_OUT_OF_INDEXES) {
+        hookError_ = ERROR_NO_MORE_ITEMS;  // the library got no slot when it was loaded
+        return;
+    }
+    // Everything that can throw before the hook is set: a refused allocation leaves no hook behind.
+    auto thread = std::make_unique<ThreadRecorders>();
+    thread->recorders.push_back(this);
+    thread->hook = SetWindowsHookExW(WH_KEYBOARD_LL, RecorderHook, tav::platform::detail::LibraryModule(), 0);
+    if (thread->hook == nullptr) {
+        hookError_ = GetLastError();
+        return;
+    }
+    TlsSetValue(g_slot.index, thread.release());
     recording_ = true;
 }
 
 KeyRecorder::~KeyRecorder() {
-    if (!recording_ || t_recorders == nullptr)
+    ThreadRecorders* thread = ThisThreadsRecorders();
+    if (!recording_ || thread == nullptr)
         return;
-    std::vector<KeyRecorder*>& list = t_recorders->recorders;
+    std::vector<KeyRecorder*>& list = thread->recorders;
     list.erase(std::remove(list.begin(), list.end(), this), list.end());
     if (list.empty()) {
-        UnhookWindowsHookEx(t_recorders->hook);
-        delete t_recorders;
-        t_recorders = nullptr;
+        UnhookWindowsHookEx(thread->hook);
+        delete thread;
+        TlsSetValue(g_slot.index, nullptr);
     }
 }
 

@@ -1,6 +1,7 @@
 // The script check: the parser on a key state of its own (so the process-wide queue is left alone), then
 // a description of the error or of what the queue will do, in the guide's words.
 #include "keys/ScriptCheck.h"
+#include "keys/detail/NumberScan.h"
 
 #include "keys/detail/KeysInternal.h"
 
@@ -132,8 +133,8 @@ std::wstring ErrorMessage(SKERR result, const wchar_t* script, ptrdiff_t offset)
         int count = 0;
         if (*at == L'{') {
             const Brace brace = ReadBrace(at);
-            if (brace.delimiter != nullptr && *brace.delimiter == L' ' &&
-                swscanf(brace.delimiter, L"%d", &count) == 1 && count < 0)
+            if (brace.delimiter != nullptr && *brace.delimiter == L' ' && detail::ScanDecimal(brace.delimiter, count) &&
+                count < 0)
                 return L"the count " + std::to_wstring(count) + L" in " + Quote(brace.text) +
                        L" is not a number above 0: it repeats the key until " + tooLong;
         }

@@ -1,5 +1,6 @@
 // The parser of the keystroke script language: script text in, key queue out. It sends nothing.
 #include "keys/KeyStages.h"
+#include "keys/detail/NumberScan.h"
 #include "keys/SendKeys.h"
 
 #include "keys/detail/KeysInternal.h"
@@ -159,7 +160,7 @@ private:
                 return SKERR_INVALIDKEY;
         }
         int count = 1;
-        if (IsBlank(*delimiter) && (swscanf(delimiter, L"%d", &count) != 1 || count == 0))
+        if (IsBlank(*delimiter) && (!detail::ScanDecimal(delimiter, count) || count == 0))
             return SKERR_INVALIDCOUNT;
         // Whatever stands between the count and the closing brace is ignored.
         const wchar_t* close = wcschr(delimiter, L'}');

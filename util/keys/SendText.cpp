@@ -65,12 +65,19 @@ void SendEvents(std::vector<INPUT>& events, tav::keys::detail::EventPacer& pacer
         pacer.AfterEvent();
         return;
     }
+    // A key-up the system refused would leave its key down (for a Unicode event, VK_PACKET) for the user and
+    // every later program: it is sent again once the text is done. The room is made before the first event.
+    std::vector<INPUT> refusedUps;
+    refusedUps.reserve(events.size());
     for (INPUT& event : events) {
         const bool keyUp = (event.ki.dwFlags & KEYEVENTF_KEYUP) != 0;
         pacer.BeforeEvent(EventKey(event), keyUp);
-        SendInput(1, &event, sizeof(INPUT));
+        if (SendInput(1, &event, sizeof(INPUT)) == 0 && keyUp)
+            refusedUps.push_back(event);
         pacer.AfterEvent(EventKey(event), keyUp);
     }
+    if (!refusedUps.empty())
+        SendInput(static_cast<UINT>(refusedUps.size()), refusedUps.data(), sizeof(INPUT));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The command words of the script language: window messages and menu commands for the foreground window.
 // They are carried out before the script is parsed, and a script that holds one types nothing.
 #include "keys/detail/KeysInternal.h"
+#include "keys/detail/NumberScan.h"
 
 #include <cwchar>
 #include <cwctype>
@@ -58,10 +59,10 @@ SKERR ChooseMenuItem(HWND window, int top, int item) {
 }
 
 // The text after a word up to the next '{' (which starts the next word). No number reader after a command
-// word ("%x", "%x %x %x", "%d %d") can read a '{', so swscanf gives the same answers on this copy as on the
-// whole rest of the script; but its cost no longer grows with the script's length (the runtime's swscanf
-// measures the whole string it is given: done at every brace, that made the scan quadratic). The copies of
-// successive words do not overlap.
+// word ("%x", "%x %x %x", "%d %d", read as swscanf reads them: keys/detail/NumberScan.h) can read a '{', so the
+// answers on this copy are those on the whole rest of the script; but the cost no longer grows with the
+// script's length (the runtime's swscanf measured the whole string it was given: done at every brace, that made
+// the scan quadratic). The copies of successive words do not overlap.
 std::wstring NumberText(const wchar_t* rest) {
     const wchar_t* end = rest;
     while (*end != L'\0' && *end != L'{')
@@ -84,7 +85,7 @@ struct WordScanner {
         }
         wordEnd = ReadWord(position, word);
         numberText = NumberText(wordEnd);
-        swscanf(numberText.c_str(), L"%x", &number);
+        ScanHex(numberText.c_str(), number);
         return numberText;
     }
 };
@@ -104,10 +105,10 @@ CommandWord ReadWordAt(const wchar_t* position, WordScanner& scanner, unsigned& 
         // Missing values are 0 (the message itself is the number read above).
         command.kind = Is(word, L"{SendMessage") ? CommandWord::SendMessage : CommandWord::PostMessage;
         command.number = number;
-        swscanf(rest, L"%x %x %x", &command.number, &command.wParam, &command.lParam);
+        ScanThreeHex(rest, command.number, command.wParam, command.lParam);
     } else if (Is(word, L"{Menu")) {
         command.kind = CommandWord::Menu;
-        swscanf(rest, L"%d %d", &command.top, &command.item);  // missing indexes are 0
+        ScanTwoDecimal(rest, command.top, command.item);  // missing indexes are 0
     }
     return command;
 }

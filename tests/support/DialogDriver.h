@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <functional>
 #include <string>
 #include <thread>
@@ -21,6 +22,9 @@ public:
     DialogDriver(const DialogDriver&) = delete;
     DialogDriver& operator=(const DialogDriver&) = delete;
 
+    // Ends the wait for a dialog that will not come (the call that would open it has returned); an action
+    // already begun runs to its end.
+    void StopWaiting() { stop_ = true; }
     // Joins the driver thread; true when the dialog was found (then `dialog()` is its window).
     bool Finish();
     HWND dialog() const { return dialog_; }
@@ -29,6 +33,7 @@ private:
     void Run(std::function<void(HWND)> action);
 
     DWORD threadId_;
+    std::atomic<bool> stop_{false};
     HWND dialog_ = nullptr;
     std::thread thread_;
 };

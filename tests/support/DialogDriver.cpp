@@ -25,12 +25,12 @@ BOOL CALLBACK FindDialog(HWND window, LPARAM param) {
     return TRUE;
 }
 
-HWND WaitForDialog(DWORD threadId, DWORD timeoutMs) {
+HWND WaitForDialog(DWORD threadId, DWORD timeoutMs, const std::atomic<bool>& stop) {
     Search search;
     tavtest::WaitUntil(
         [&] {
             EnumThreadWindows(threadId, FindDialog, reinterpret_cast<LPARAM>(&search));
-            return search.found != nullptr;
+            return search.found != nullptr || stop;
         },
         timeoutMs);
     return search.found;
@@ -140,7 +140,7 @@ bool DialogDriver::Finish() {
 }
 
 void DialogDriver::Run(std::function<void(HWND)> action) {
-    HWND dialog = WaitForDialog(threadId_, 20000);
+    HWND dialog = WaitForDialog(threadId_, 20000, stop_);
     if (dialog == nullptr)
         return;
     dialog_ = dialog;
