@@ -63,7 +63,7 @@ CliResult Tavutil(const std::vector<std::wstring>& arguments, DWORD timeoutMs) {
         startup.hStdError = err.get();
         startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
         PROCESS_INFORMATION info{};
-        if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info)) {
+        if (!tavtest::StartProcess(line, true, startup, nullptr, info)) {
             result.err = "the test could not start tavutil.exe: error " + std::to_string(GetLastError());
             return result;
         }

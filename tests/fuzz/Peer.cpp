@@ -29,11 +29,8 @@ bool Peer::Start(const std::wstring& path, const std::wstring& argument) {
     startup.hStdOutput = childOutput;
     startup.hStdError = childOutput;
     std::wstring line = L"\"" + path + L"\" " + argument;
-    std::vector<wchar_t> buffer(line.begin(), line.end());
-    buffer.push_back(L'\0');
     PROCESS_INFORMATION created = {};
-    const BOOL started =
-        CreateProcessW(path.c_str(), buffer.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &created);
+    const bool started = tavtest::StartProcess(line, true, startup, nullptr, created, path.c_str());
     CloseHandle(childInput);
     CloseHandle(childOutput);
     if (!started) {

@@ -32,9 +32,8 @@ StartedProgram::StartedProgram(const std::wstring& application, const std::wstri
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     PROCESS_INFORMATION info{};
-    std::wstring mutableLine = commandLine;
-    if (!CreateProcessW(application.empty() ? nullptr : application.c_str(), mutableLine.data(), nullptr, nullptr,
-                        FALSE, 0, nullptr, nullptr, &startup, &info))
+    if (!tavtest::StartProcess(commandLine, false, startup, nullptr, info,
+                               application.empty() ? nullptr : application.c_str()))
         return;
     process_.reset(info.hProcess);
     CloseHandle(info.hThread);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Desktop.h"
+#include "TestSupport.h"
 
 #include <platform/Handles.h>
 

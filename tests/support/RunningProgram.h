@@ -3,11 +3,11 @@
 #pragma once
 
 #include "Desktop.h"
+#include "TestSupport.h"
 #include "platform/Handles.h"
 
 #include <windows.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -22,31 +22,22 @@ public:
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;
 
-    // Starts `commandLine`; false when it cannot be started, and then standard error says why (the system's
-    // error code, also kept in startError()). A refused start is tried up to three times, each refusal
-    // reported: on a freshly made Wine prefix under load a child has, rarely, failed to come up at all (seen on
-    // clean clones; the cause is in the emulator's process start, not in the program or the library), and a
-    // test that needs a program of its own must not fail on that.
+    // Starts `commandLine` (StartProcess: a refused start is tried again, and reported); false when it cannot
+    // be started, with the system's error code kept in startError().
     bool Start(const std::wstring& commandLine) {
         End();
-        startError_ = 0;
-        for (int attempt = 0; attempt < kStartAttempts; ++attempt) {
-            STARTUPINFOW startup = {};
-            startup.cb = sizeof(startup);
-            PROCESS_INFORMATION created = {};
-            std::vector<wchar_t> buffer(commandLine.begin(), commandLine.end());
-            buffer.push_back(L'\0');
-            if (CreateProcessW(nullptr, buffer.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                               &created)) {
-                tav::UniqueHandle thread(created.hThread);
-                process_.reset(created.hProcess);
-                processId_ = created.dwProcessId;
-                return true;
-            }
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof(startup);
+        PROCESS_INFORMATION created = {};
+        if (!StartProcess(commandLine, false, startup, nullptr, created)) {
             startError_ = GetLastError();
-            ReportStartFailure(commandLine, startError_);
+            return false;
         }
-        return false;
+        startError_ = 0;
+        tav::UniqueHandle thread(created.hThread);
+        process_.reset(created.hProcess);
+        processId_ = created.dwProcessId;
+        return true;
     }
 
     // The first top-level window of class `className`, waiting up to `timeoutMs` for it to appear and for
@@ -88,24 +79,6 @@ public:
     DWORD startError() const { return startError_; }
 
 private:
-    static constexpr int kStartAttempts = 3;
-
-    static void ReportStartFailure(const std::wstring& commandLine, DWORD error) {
-        wchar_t text[256] = L"";
-        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text, 256,
-                       nullptr);
-        std::wstring reason = text;
-        while (!reason.empty() && (reason.back() == L'\n' || reason.back() == L'\r' || reason.back() == L' '))
-            reason.pop_back();
-        const std::wstring line = L"RunningProgram: CreateProcessW of " + commandLine + L" failed with error " +
-                                  std::to_wstring(error) + L": " + reason;
-        const int bytes = WideCharToMultiByte(CP_UTF8, 0, line.c_str(), -1, nullptr, 0, nullptr, nullptr);
-        std::string utf8(bytes > 0 ? bytes - 1 : 0, '\0');
-        WideCharToMultiByte(CP_UTF8, 0, line.c_str(), -1, utf8.data(), bytes, nullptr, nullptr);
-        std::fprintf(stderr, "%s\n", utf8.c_str());
-        std::fflush(stderr);
-    }
-
     tav::UniqueHandle process_;
     DWORD processId_ = 0;
     DWORD startError_ = 0;

@@ -173,6 +173,38 @@ std::string SilentWave(unsigned samples) {
     return bytes;
 }
 
+namespace {
+
+void ReportStartFailure(const std::wstring& commandLine, DWORD error) {
+    wchar_t text[256] = L"";
+    FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text, 256, nullptr);
+    std::wstring reason = text;
+    while (!reason.empty() && (reason.back() == L'\n' || reason.back() == L'\r' || reason.back() == L' '))
+        reason.pop_back();
+    std::fprintf(stderr, "StartProcess: CreateProcessW of %s failed with error %lu: %s\n", Narrow(commandLine).c_str(),
+                 error, Narrow(reason).c_str());
+    std::fflush(stderr);
+}
+
+}  // namespace
+
+bool StartProcess(const std::wstring& commandLine, bool inheritHandles, STARTUPINFOW& startup, const wchar_t* directory,
+                  PROCESS_INFORMATION& created, const wchar_t* application) {
+    const int kAttempts = 3;
+    DWORD error = 0;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        std::vector<wchar_t> line(commandLine.begin(), commandLine.end());  // CreateProcessW may write to it
+        line.push_back(L'\0');
+        if (CreateProcessW(application, line.data(), nullptr, nullptr, inheritHandles ? TRUE : FALSE, 0, nullptr,
+                           directory, &startup, &created))
+            return true;
+        error = GetLastError();
+        ReportStartFailure(commandLine, error);
+    }
+    SetLastError(error);
+    return false;
+}
+
 ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs, const std::wstring& directory) {
     ChildResult result;
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
@@ -191,9 +223,7 @@ ChildResult RunProgram(const std::wstring& commandLine, DWORD timeoutMs, const s
     startup.hStdError = writeEnd.get();
     startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
     PROCESS_INFORMATION info{};
-    std::wstring mutableLine = commandLine;
-    if (!CreateProcessW(nullptr, mutableLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                        directory.empty() ? nullptr : directory.c_str(), &startup, &info)) {
+    if (!StartProcess(commandLine, true, startup, directory.empty() ? nullptr : directory.c_str(), info)) {
         // Said in the output, so that a failing check shows why no program ran (status stays -1).
         result.output = "the test could not start the program: error " + std::to_string(GetLastError());
         return result;
