@@ -120,6 +120,20 @@ struct StartedProbe {
     }
 };
 
+// Each run of `op` starts the probe and brings its window to the front first, and ends it afterwards.
+void WithProbeInFront(Operation& op, const std::shared_ptr<StartedProbe>& started) {
+    op.setup = [started] {
+        started->Start();
+        const std::vector<HWND> windows = tavtest::TopLevelWindowsOf(started->info.dwProcessId, kProbeClass);
+        if (!windows.empty())
+            tavtest::BringToFront(windows.front());
+    };
+    op.teardown = [started] {
+        started->End();
+        tavtest::PumpMessages();
+    };
+}
+
 // Whether this thread's input is still joined to another process's thread: the active window it sees is then
 // that thread's. Every attachment the library makes must be undone when the call returns.
 bool InputStillAttached() {
@@ -295,16 +309,7 @@ void AddLaunchOperations(std::vector<Operation>& out) {
                    return Answer{focus != nullptr, InputStillAttached() ? L"input left attached" : L""};
                },
                {{0, L""}});
-        op.setup = [started] {
-            started->Start();
-            const std::vector<HWND> windows = tavtest::TopLevelWindowsOf(started->info.dwProcessId, kProbeClass);
-            if (!windows.empty())
-                tavtest::BringToFront(windows.front());
-        };
-        op.teardown = [started] {
-            started->End();
-            tavtest::PumpMessages();
-        };
+        WithProbeInFront(op, started);
         out.push_back(op);
     }
 
@@ -322,16 +327,7 @@ void AddLaunchOperations(std::vector<Operation>& out) {
                               return Answer{attached, InputStillAttached() ? L"input left attached" : L""};
                           },
                           {{0, L""}});
-        op.setup = [started] {
-            started->Start();
-            const std::vector<HWND> windows = tavtest::TopLevelWindowsOf(started->info.dwProcessId, kProbeClass);
-            if (!windows.empty())
-                tavtest::BringToFront(windows.front());
-        };
-        op.teardown = [started] {
-            started->End();
-            tavtest::PumpMessages();
-        };
+        WithProbeInFront(op, started);
         out.push_back(op);
     }
 }
