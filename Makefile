@@ -61,7 +61,8 @@ configure: deps
 	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null || \
 	    ! grep -qx 'TAVUTIL_BUILD_TESTS:BOOL=ON' $(BUILD)/CMakeCache.txt; then \
 	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG) \
-	        -DTAVUTIL_BUILD_TESTS=ON -DTAVUTIL_BUILD_DOCS=ON -DTAVUTIL_BUILD_BENCH=ON; \
+	        -DTAVUTIL_BUILD_TESTS=ON -DTAVUTIL_BUILD_DOCS=ON -DTAVUTIL_BUILD_BENCH=ON \
+	        -DTAVUTIL_BUILD_MSVC_IMPORT_LIB=ON; \
 	fi
 	@[ -e compile_commands.json ] || [ "$(BUILD)" != build ] || ln -s build/compile_commands.json .
 
@@ -128,7 +129,8 @@ demo: demo-deps
 	@if [ ! -f $(BUILD)/build.ninja ] || \
 	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null; then \
 	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG) \
-	        -DTAVUTIL_BUILD_TESTS=OFF -DTAVUTIL_BUILD_DOCS=OFF -DTAVUTIL_BUILD_BENCH=OFF; \
+	        -DTAVUTIL_BUILD_TESTS=OFF -DTAVUTIL_BUILD_DOCS=OFF -DTAVUTIL_BUILD_BENCH=OFF \
+	        -DTAVUTIL_BUILD_MSVC_IMPORT_LIB=OFF; \
 	fi
 	cmake --build $(BUILD) --target tavutil -j $(JOBS)
 	bash demo/demo.sh $(BUILD)

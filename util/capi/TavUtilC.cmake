@@ -5,6 +5,11 @@
 set(TAVUTIL_C_DEF ${CMAKE_CURRENT_LIST_DIR}/TavUtil.def)
 target_sources(TavUtil PRIVATE ${TAVUTIL_C_DEF})
 
+# Without LLVM's dlltool (the demo's configuration on a fresh machine) the DLL is built without TavUtil.lib;
+# the tests and `make dist` configure with it.
+if(NOT TAVUTIL_BUILD_MSVC_IMPORT_LIB)
+    return()
+endif()
 find_program(TAVUTIL_LLVM_DLLTOOL NAMES llvm-dlltool llvm-dlltool-14 REQUIRED
     DOC "LLVM's dlltool (Debian package llvm), which makes TavUtil.lib")
 set(TAVUTIL_MSVC_IMPORT_LIB ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/TavUtil.lib)
