@@ -28,8 +28,12 @@ PACKAGES += xdotool:xdotool x11-xserver-utils:xmodmap
 # installs less before the demo runs.
 DEMO_PACKAGES := $(filter g++-mingw-w64% binutils-mingw-w64% wine64:% wine:% xvfb:% xauth:% cmake:% ninja-build:% \
                           nlohmann-json3-dev:% x11-xserver-utils:%,$(PACKAGES))
+# The demo's configuration of a new build folder: nothing that needs a package the demo does not install
+# (tests/package/check_demo_needs.sh checks it).
+DEMO_CONFIGURE := -DTAVUTIL_BUILD_TESTS=OFF -DTAVUTIL_BUILD_DOCS=OFF -DTAVUTIL_BUILD_BENCH=OFF \
+                  -DTAVUTIL_BUILD_MSVC_IMPORT_LIB=OFF
 
-.PHONY: all deps demo-deps configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
+.PHONY: all deps demo-deps print-demo configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
         format-check docs dist export-baseline faults
 
 all: build
@@ -53,6 +57,10 @@ deps:
 	$(call install_missing,$(PACKAGES))
 demo-deps:
 	$(call install_missing,$(DEMO_PACKAGES))
+# For tests/package/check_demo_needs.sh: the demo's packages, then its configure options, a line each.
+print-demo:
+	@echo $(foreach entry,$(DEMO_PACKAGES),$(firstword $(subst :, ,$(entry))))
+	@echo $(DEMO_CONFIGURE)
 
 # Configures when the folder is new or was configured for another CONFIG. The compile commands
 # (compile_commands.json) are written for editors; the source root gets a link to those of the default build.
@@ -129,8 +137,7 @@ demo: demo-deps
 	@if [ ! -f $(BUILD)/build.ninja ] || \
 	    ! grep -qx 'CMAKE_BUILD_TYPE:STRING=$(CONFIG)' $(BUILD)/CMakeCache.txt 2>/dev/null; then \
 	    cmake -S . -B $(BUILD) -G Ninja -DCMAKE_TOOLCHAIN_FILE=$(TOOLCHAIN) -DCMAKE_BUILD_TYPE=$(CONFIG) \
-	        -DTAVUTIL_BUILD_TESTS=OFF -DTAVUTIL_BUILD_DOCS=OFF -DTAVUTIL_BUILD_BENCH=OFF \
-	        -DTAVUTIL_BUILD_MSVC_IMPORT_LIB=OFF; \
+	        $(DEMO_CONFIGURE); \
 	fi
 	cmake --build $(BUILD) --target tavutil -j $(JOBS)
 	bash demo/demo.sh $(BUILD)
