@@ -203,6 +203,19 @@ void AddDesktopOperations(std::vector<Operation>& out) {
                                   "ended after the play returns";
         out.push_back(op);
     }
+    // An event name longer than the first buffer of the key path's formatting (2,048 units): the formatter is asked
+    // for the length and the path made in a larger buffer; no such key exists, so nothing plays.
+    out.push_back(Op("sounds", "play_long_event_name",
+                     [] {
+                         tav_sound sound = tav_sound_create();
+                         if (sound == nullptr)
+                             return Answer{TAV_E_OUT_OF_MEMORY, L""};
+                         const std::wstring name(2100, L'e');
+                         const int32_t played = tav_sound_play(sound, name.c_str(), TAV_SOUND_SYNC);
+                         tav_sound_destroy(sound);
+                         return Answer{played, L""};
+                     },
+                     {}));
     out.push_back(Op(
         "sounds", "application_name",
         [] { return TextResult([](wchar_t* b, size_t c, size_t* n) { return tav_sound_application_name(b, c, n); }); },
