@@ -99,6 +99,25 @@ void AddDesktopOperations(std::vector<Operation>& out) {
                      },
                      {}));
     out.back().setup = [] { tavtest::PumpMessages(); };
+    // With a message already queued the wait takes it (GetMessageW) and hands it on before it waits on; a message it
+    // could not take stays queued and is taken on the next turn.
+    out.push_back(Op("waits", "wait_message_queued",
+                     [] {
+                         tav_wait wait = tav_wait_create();
+                         if (wait == nullptr)
+                             return Answer{TAV_E_OUT_OF_MEMORY, L""};
+                         const int32_t status = tav_wait_wait(wait, 30, 10, 1);
+                         tav_wait_destroy(wait);
+                         MSG left;
+                         const bool queued = PeekMessageW(&left, nullptr, WM_APP + 7, WM_APP + 7, PM_NOREMOVE) != FALSE;
+                         return Answer{status, queued ? L"message left queued" : L""};
+                     },
+                     {}));
+    out.back().setup = [] {
+        tavtest::PumpMessages();
+        PostThreadMessageW(GetCurrentThreadId(), WM_APP + 7, 0, 0);
+    };
+    out.back().teardown = [] { tavtest::PumpMessages(); };
 
     // clipboard: failures give false or an empty text; the clipboard is closed after every call.
     {
