@@ -105,6 +105,16 @@ void AddCppOperations(std::vector<Operation>& out) {
         },
         {{1, L"notepad.exe /a|"}}, 1));
 
+    // A module loaded by name and a function looked up in it: null where the module could not be loaded or the
+    // look-up was refused.
+    out.push_back(Op(
+        "os", "dyn_func_load_cpp",
+        [] {
+            const CDynFuncLoad version(L"version.dll");
+            return Answer{version.getFunction("GetFileVersionInfoSizeW") != nullptr ? 1 : 0, L""};
+        },
+        {{0, L""}}, 1));
+
     // String resources (the program's table first, then the library's, which has none): true and the text; false
     // and an empty text where it could not be loaded, as for a number with no string.
     constexpr UINT kStringId = 301;  // faults.rc
