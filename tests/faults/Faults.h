@@ -37,6 +37,12 @@ enum Allow : unsigned {
     kAnyResult = 1u << 2,      // any result but TAV_E_EXCEPTION: the operation's answer is the system's
 };
 
+// The call that was made to fail in a run: the function's name as its row gives it and which call (1-based).
+struct FailedCall {
+    std::string function;  // "SystemParametersInfoW"
+    uint64_t call = 0;
+};
+
 struct Operation {
     const char* area;
     std::string name;
@@ -64,6 +70,9 @@ struct Operation {
     std::optional<int64_t> expectStatus = std::nullopt;
     // Set where one run takes seconds (a dialog that fills a folder tree): why the quick run leaves it out.
     const char* fullRunOnly = nullptr;
+    // Where set, called after every run (before the teardown) for what the run must have put back: what is wrong,
+    // empty when nothing is. `failing` is the injected failure the run met, or null when nothing failed.
+    std::function<std::string(const FailedCall* failing)> check = nullptr;
 };
 
 // Runs the C++ form `call`, turning the exceptions that leave it into the codes above.
@@ -80,6 +89,7 @@ void AddDesktopOperations(std::vector<Operation>& out);  // the desktop session'
 void AddLaunchOperations(std::vector<Operation>& out);
 void AddPickerOperations(std::vector<Operation>& out);
 void AddKeysOperations(std::vector<Operation>& out);
+void AddComDesktopOperations(std::vector<Operation>& out);  // the desktop session's too: hand the foreground on
 
 // A folder of the run's own, made on first use (with a trailing backslash), and a file in it with `content`.
 const std::wstring& Scratch();

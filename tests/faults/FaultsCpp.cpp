@@ -104,6 +104,44 @@ void AddCppOperations(std::vector<Operation>& out) {
             return Answer{split ? 1 : 0, Text(program) + L"|" + Text(args)};
         },
         {{1, L"notepad.exe /a|"}}, 1));
+
+    // A module loaded by name and a function looked up in it: null where the module could not be loaded or the
+    // look-up was refused.
+    out.push_back(Op(
+        "os", "dyn_func_load_cpp",
+        [] {
+            const CDynFuncLoad version(L"version.dll");
+            return Answer{version.getFunction("GetFileVersionInfoSizeW") != nullptr ? 1 : 0, L""};
+        },
+        {{0, L""}}, 1));
+
+    // String resources (the program's table first, then the library's, which has none): true and the text; false
+    // and an empty text where it could not be loaded, as for a number with no string.
+    constexpr UINT kStringId = 301;  // faults.rc
+    out.push_back(Op(
+        "strings", "load_string_cpp",
+        [] {
+            CStdStr<wchar_t> text = kUntouched;
+            const bool found = text.LoadString(kStringId);
+            return Answer{found ? 1 : 0, Text(text)};
+        },
+        {{0, L""}}, 1));
+    out.push_back(Op(
+        "strings", "assign_resource_id_cpp",
+        [] {
+            CString text(kUntouched);
+            text = MAKEINTRESOURCEW(kStringId);
+            return Answer{1, std::wstring(static_cast<const wchar_t*>(text))};
+        },
+        {{1, L""}}, 1));
+    out.push_back(Op(
+        "strings", "load_string_missing_cpp",
+        [] {
+            CStdStr<wchar_t> text = kUntouched;
+            const bool found = text.LoadString(4711);
+            return Answer{found ? 1 : 0, Text(text)};
+        },
+        {}, 0));
 }
 
 }  // namespace faults

@@ -99,6 +99,25 @@ void AddDesktopOperations(std::vector<Operation>& out) {
                      },
                      {}));
     out.back().setup = [] { tavtest::PumpMessages(); };
+    // With a message already queued the wait takes it (GetMessageW) and hands it on before it waits on; a message it
+    // could not take stays queued and is taken on the next turn.
+    out.push_back(Op("waits", "wait_message_queued",
+                     [] {
+                         tav_wait wait = tav_wait_create();
+                         if (wait == nullptr)
+                             return Answer{TAV_E_OUT_OF_MEMORY, L""};
+                         const int32_t status = tav_wait_wait(wait, 30, 10, 1);
+                         tav_wait_destroy(wait);
+                         MSG left;
+                         const bool queued = PeekMessageW(&left, nullptr, WM_APP + 7, WM_APP + 7, PM_NOREMOVE) != FALSE;
+                         return Answer{status, queued ? L"message left queued" : L""};
+                     },
+                     {}));
+    out.back().setup = [] {
+        tavtest::PumpMessages();
+        PostThreadMessageW(GetCurrentThreadId(), WM_APP + 7, 0, 0);
+    };
+    out.back().teardown = [] { tavtest::PumpMessages(); };
 
     // clipboard: failures give false or an empty text; the clipboard is closed after every call.
     {
@@ -203,6 +222,19 @@ void AddDesktopOperations(std::vector<Operation>& out) {
                                   "ended after the play returns";
         out.push_back(op);
     }
+    // An event name longer than the first buffer of the key path's formatting (2,048 units): the formatter is asked
+    // for the length and the path made in a larger buffer; no such key exists, so nothing plays.
+    out.push_back(Op("sounds", "play_long_event_name",
+                     [] {
+                         tav_sound sound = tav_sound_create();
+                         if (sound == nullptr)
+                             return Answer{TAV_E_OUT_OF_MEMORY, L""};
+                         const std::wstring name(2100, L'e');
+                         const int32_t played = tav_sound_play(sound, name.c_str(), TAV_SOUND_SYNC);
+                         tav_sound_destroy(sound);
+                         return Answer{played, L""};
+                     },
+                     {}));
     out.push_back(Op(
         "sounds", "application_name",
         [] { return TextResult([](wchar_t* b, size_t c, size_t* n) { return tav_sound_application_name(b, c, n); }); },

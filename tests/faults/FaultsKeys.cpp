@@ -40,6 +40,16 @@ Operation Typing(const char* name, std::function<int32_t()> type, int64_t expect
     return op;
 }
 
+// Shift pressed or let go of as a keyboard would (the test's own input, not the library's).
+void SendShift(bool up) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = VK_LSHIFT;
+    input.ki.wScan = 0x2A;
+    input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+    SendInput(1, &input, sizeof(INPUT));
+}
+
 std::wstring OwnName() {
     wchar_t path[MAX_PATH];
     const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
@@ -69,6 +79,31 @@ void AddKeysOperations(std::vector<Operation>& out) {
             return tav_send_keys_ex(L"x+y", &options);
         },
         TAV_SKERR_NONE));
+    // The wait for released modifiers while one is down (Shift, pressed before the run and let go of after it): the
+    // wait handles messages (MsgWaitForMultipleObjects) until its time runs out, then the keys are typed as they are.
+    // A wait that could not sleep polls instead, within the same time.
+    {
+        Operation op = Typing(
+            "send_keys_ex_shift_down",
+            [] {
+                tav_send_options options = {};
+                options.size = sizeof(options);
+                options.flags = TAV_SEND_WAIT_FOR_RELEASE;
+                options.wait_release_ms = 40;
+                return tav_send_keys_ex(L"x", &options);
+            },
+            TAV_SKERR_NONE);
+        op.setup = [] {
+            TypeIntoTarget();
+            SendShift(false);
+        };
+        // Before the check that no key is left down, which follows every run.
+        op.teardown = [] {
+            SendShift(true);
+            tav_send_keys_release_all();
+        };
+        out.push_back(op);
+    }
     out.push_back(Typing(
         "send_text_ex",
         [] {

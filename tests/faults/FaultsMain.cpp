@@ -167,6 +167,7 @@ public:
         const std::string opName = std::string(op.area) + "." + op.name;
 
         // Warm-up: what the library and the platform set up once, before anything is measured.
+        checkProblem_.clear();
         Once(op, opName + " (warm-up)");
         Arm(true);
         const Answer normal = Once(op, opName + " (counting)");
@@ -175,6 +176,10 @@ public:
         reached_.resize(std::max(reached_.size(), counts.size()));
         for (size_t function = 0; function < counts.size(); ++function)
             reached_[function] = reached_[function] || counts[function] > 0;
+        if (!checkProblem_.empty()) {
+            Fail(area, opName + ": with nothing refused: " + checkProblem_);
+            return;
+        }
         if (normal.status == TAV_E_EXCEPTION || normal.status <= kBadAlloc) {
             Fail(area, opName + ": fails with nothing refused: " + Show(normal));
             return;
@@ -198,6 +203,10 @@ public:
         if (Leaked(growth)) {
             Fail(area, opName + " leaks with nothing failing over " + std::to_string(kConfirmRuns) +
                            " runs: " + growth.text());
+            return;
+        }
+        if (!checkProblem_.empty()) {
+            Fail(area, opName + ": with nothing refused: " + checkProblem_);
             return;
         }
         long points = 0, failures = 0;
@@ -253,7 +262,9 @@ private:
         return calls;
     }
 
-    Answer Once(const Operation& op, const std::string& name) {
+    // One run; `target` is the call asked to fail in it, if any. What the operation's check finds wrong is kept in
+    // checkProblem_ (the first finding since it was last cleared).
+    Answer Once(const Operation& op, const std::string& name, const FailedCall* target = nullptr) {
         g_runName = name;
         if (g_trace)
             Trace("run " + name + "\n");
@@ -262,6 +273,11 @@ private:
         g_runStarted = GetTickCount64();
         Answer answer = CatchAll(op.run);
         g_runStarted = 0;
+        if (op.check) {
+            const std::string wrong = op.check(target != nullptr && FailureDelivered() ? target : nullptr);
+            if (!wrong.empty() && checkProblem_.empty())
+                checkProblem_ = wrong;
+        }
         if (op.teardown)
             op.teardown();
         return answer;
@@ -272,6 +288,7 @@ private:
                 AreaTotals& area) {
         const Row& row = FunctionRow(function);
         const std::string name = opName + " with " + FunctionName(function) + " #" + std::to_string(call) + " failing";
+        checkProblem_.clear();
         const soak::Reading before = soak::Measure();
         const Answer answer = Injected(op, name, function, call);
         const Growth growth = Counted(op, Between(before, soak::Measure()));
@@ -293,6 +310,8 @@ private:
             if (Leaked(confirm))
                 problems += " leaks over " + std::to_string(kConfirmRuns) + " runs: " + confirm.text() + ";";
         }
+        if (!checkProblem_.empty())
+            problems += " " + checkProblem_ + ";";
         const std::string down = checkKeys_ ? KeysDown() : std::string();
         if (!down.empty())
             problems += " keys left down: " + down + ";";
@@ -303,9 +322,10 @@ private:
     }
 
     Answer Injected(const Operation& op, const std::string& name, size_t function, uint64_t call) {
+        const FailedCall target{FunctionRow(function).function, call};
         FailAt(function, call);
         Arm(true);
-        const Answer answer = Once(op, name);
+        const Answer answer = Once(op, name, &target);
         Arm(false);
         FailNothing();
         return answer;
@@ -343,6 +363,7 @@ private:
     bool checkKeys_;
     std::map<std::string, AreaTotals> areas_;
     std::vector<bool> reached_;
+    std::string checkProblem_;
 };
 
 }  // namespace
@@ -398,6 +419,7 @@ int wmain(int argc, wchar_t** argv) {
     }
     if (withDesktop) {
         faults::AddDesktopOperations(operations);
+        faults::AddComDesktopOperations(operations);
         faults::AddLaunchOperations(operations);
         faults::AddKeysOperations(operations);
         faults::AddPickerOperations(operations);

@@ -5,6 +5,7 @@
 
 #include "Desktop.h"
 #include "DialogDriver.h"
+#include "TestWindow.h"
 
 #include <TavUtil.h>
 #include "capi/TavUtilC.h"
@@ -59,6 +60,43 @@ struct CurrentFolder {
     }
     void Restore() const { SetCurrentDirectoryW(saved.c_str()); }
 };
+
+// A folder helper of the test's own whose dialog is a window of the run's own: what SetStatusText shows goes into
+// that window's "Edit" child, or, without one, to the window as the dialog's status-text message.
+class StatusHelper : public CBrowseForFolderHelper {
+public:
+    explicit StatusHelper(HWND dialog) : CBrowseForFolderHelper(CStdStr<wchar_t>(), CStdStr<wchar_t>(), nullptr) {
+        m_hWnd = dialog;
+    }
+};
+
+// The stand-in dialog: its Edit child (if any) and the status texts it received.
+struct StatusWindow {
+    std::wstring status;
+    std::unique_ptr<tavtest::TestWindow> window;
+
+    explicit StatusWindow(bool withEdit) {
+        tavtest::TestWindow::Options options;
+        options.editChild = withEdit;
+        window = std::make_unique<tavtest::TestWindow>(options, [this](UINT message, WPARAM, LPARAM lParam) {
+            if (message != BFFM_SETSTATUSTEXTW)
+                return false;
+            status = lParam != 0 ? reinterpret_cast<const wchar_t*>(lParam) : L"(null)";
+            return true;
+        });
+    }
+    void Reset() {
+        status.clear();
+        if (window->edit() != nullptr)
+            SetWindowTextW(window->edit(), L"before");
+    }
+    Answer Shown() const { return {1, L"edit: " + window->Text() + L" | status: " + status}; }
+};
+
+// The path shortened as SetStatusText shows it: the first 5 units, "...", and the end, `limit` units in all.
+std::wstring Shortened(const std::wstring& path, size_t limit) {
+    return path.substr(0, 5) + L"..." + path.substr(path.size() - (limit - 8));
+}
 
 }  // namespace
 
@@ -135,6 +173,32 @@ void AddPickerOperations(std::vector<Operation>& out) {
         op.silent = "a removal the system refuses leaves the folder made for the dialog behind";
         op.teardown = [start] { RemoveDirectoryW(start.c_str()); };
         op.fullRunOnly = kFillsTree;
+        out.push_back(op);
+    }
+
+    // The status text of a folder dialog, on a window of the run's own, with an "Edit" child (shortened to 40 units
+    // and written into it) and without (shortened to 50 and sent to the window). Where the Edit could not be found
+    // the text goes to the window instead; where the system refused to write or send it, nothing is shown.
+    const std::wstring path = L"C:\\Program Files\\Faults\\a rather long folder name\\deeper still\\chosen";
+    for (const bool withEdit : {true, false}) {
+        auto window = std::make_shared<std::unique_ptr<StatusWindow>>();
+        std::vector<Answer> neutral = {{1, L"edit:  | status: "}};
+        if (withEdit)
+            neutral = {{1, L"edit: before | status: "}, {1, L"edit: before | status: " + Shortened(path, 50)}};
+        Operation op = Op(
+            withEdit ? "set_status_text_edit_cpp" : "set_status_text_cpp",
+            [window, path] {
+                StatusHelper helper((*window)->window->hwnd());
+                helper.SetStatusText(path.c_str());
+                return (*window)->Shown();
+            },
+            neutral, 1);
+        op.silent = "a text the system refused to show is not shown";
+        op.setup = [window, withEdit] {
+            if (!*window)
+                *window = std::make_unique<StatusWindow>(withEdit);
+            (*window)->Reset();
+        };
         out.push_back(op);
     }
 }
