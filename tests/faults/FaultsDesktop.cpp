@@ -82,32 +82,30 @@ void ExpectClipboardClosed() {
 
 std::wstring AppKey() { return L"AppEvents\\Schemes\\Apps\\faults"; }
 
+// One wait of 30 ms that looks at the queue every 10 ms and ends on a command message: its status, or
+// TAV_E_OUT_OF_MEMORY when no wait could be made.
+int32_t WaitOnce() {
+    tav_wait wait = tav_wait_create();
+    if (wait == nullptr)
+        return TAV_E_OUT_OF_MEMORY;
+    const int32_t status = tav_wait_wait(wait, 30, 10, 1);
+    tav_wait_destroy(wait);
+    return status;
+}
+
 }  // namespace
 
 void AddDesktopOperations(std::vector<Operation>& out) {
     // waits: the status tells how the wait ended. They run first: after the typing and the sounds below, a wait on
     // this thread under Wine finds a message with PeekMessageW that GetMessageW then never returns, and blocks
     // (seen with nothing failing; not followed further here).
-    out.push_back(Op("waits", "wait",
-                     [] {
-                         tav_wait wait = tav_wait_create();
-                         if (wait == nullptr)
-                             return Answer{TAV_E_OUT_OF_MEMORY, L""};
-                         const int32_t status = tav_wait_wait(wait, 30, 10, 1);
-                         tav_wait_destroy(wait);
-                         return Answer{status, L""};
-                     },
-                     {}));
+    out.push_back(Op("waits", "wait", [] { return Answer{WaitOnce(), L""}; }, {}));
     out.back().setup = [] { tavtest::PumpMessages(); };
     // With a message already queued the wait takes it (GetMessageW) and hands it on before it waits on; a message it
     // could not take stays queued and is taken on the next turn.
     out.push_back(Op("waits", "wait_message_queued",
                      [] {
-                         tav_wait wait = tav_wait_create();
-                         if (wait == nullptr)
-                             return Answer{TAV_E_OUT_OF_MEMORY, L""};
-                         const int32_t status = tav_wait_wait(wait, 30, 10, 1);
-                         tav_wait_destroy(wait);
+                         const int32_t status = WaitOnce();
                          MSG left;
                          const bool queued = PeekMessageW(&left, nullptr, WM_APP + 7, WM_APP + 7, PM_NOREMOVE) != FALSE;
                          return Answer{status, queued ? L"message left queued" : L""};
