@@ -77,6 +77,13 @@ void EndAndClose(tav_handle process) {
     tav_launch_close_handle(process);
 }
 
+// The answer of a start that may hand out a handle: its result and whether a handle came, which is then ended.
+Answer EndHanded(int32_t started, tav_handle process) {
+    const bool handed = process != nullptr;
+    EndAndClose(process);
+    return Answer{started, handed ? L"handle" : L""};
+}
+
 // After a run: the probes gone, and the typing target in front again for the operations after this one.
 void AfterLaunch() {
     EndProbes();
@@ -186,9 +193,7 @@ void AddLaunchOperations(std::vector<Operation>& out) {
                               tav_handle process = nullptr;
                               const int32_t started =
                                   tav_launch_program(probe.c_str(), L"--open", TAV_SW_SHOWNOACTIVATE, 0, &process);
-                              const bool handed = process != nullptr;
-                              EndAndClose(process);
-                              return Answer{started, handed ? L"handle" : L""};
+                              return EndHanded(started, process);
                           },
                           {{0, L""}});
         op.teardown = AfterLaunch;
@@ -217,9 +222,7 @@ void AddLaunchOperations(std::vector<Operation>& out) {
                               tav_handle process = nullptr;
                               const int32_t started = tav_launch_command_line((probe + L" --line").c_str(),
                                                                               TAV_SW_SHOWNOACTIVATE, 0, &process);
-                              const bool handed = process != nullptr;
-                              EndAndClose(process);
-                              return Answer{started, handed ? L"handle" : L""};
+                              return EndHanded(started, process);
                           },
                           {{0, L""}});
         op.teardown = AfterLaunch;
