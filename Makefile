@@ -122,13 +122,15 @@ fuzz: hardened-build
 
 # The same pass in ranges that resume across sessions (cmake/fuzz-ranges.sh): the next ranges of FUZZ_DRIVERS
 # that tests/fuzz/long-pass-ledger.txt does not hold yet, one driver at a time, for FUZZ_MINUTES; each finished
-# range is a line of the ledger, to be committed.
+# range is a line of the ledger, to be committed. Inputs a ledger line holds are not run again when a count
+# changes. Two calls with different FUZZ_SESSION folders (each its own Wine desktop and registry) run side by side.
 FUZZ_MINUTES ?= 60
+FUZZ_SESSION ?= $(HARDENED_BUILD)
 FUZZ_DRIVERS ?= Automation CapiAutomation RunningObjects CapiRunningObjects Windows CapiWindows ProcessNames \
                 CapiProcessNames Processes CapiProcesses Clipboard CapiClipboard SendText CapiSendText Messengers \
                 CapiMessengers FilePicker CapiFilePicker Sounds CapiSounds
 fuzz-ranges: hardened-build
-	bash cmake/fuzz-ranges.sh $(HARDENED_BUILD) tests/fuzz/long-pass-ledger.txt $(FUZZ_MINUTES) $(FUZZ_DRIVERS)
+	FUZZ_SESSION=$(FUZZ_SESSION) bash cmake/fuzz-ranges.sh $(HARDENED_BUILD) tests/fuzz/long-pass-ledger.txt $(FUZZ_MINUTES) $(FUZZ_DRIVERS)
 
 # The demonstration needs only the DLL and the command-line tool. A folder that `make test` configured is used as
 # it is; a new one is configured without the tests, the benchmarks and the documentation (`make test` adds

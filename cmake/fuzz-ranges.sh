@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
-# The long hostile-input pass cut into ranges that resume across sessions: each call runs the next ranges
-# that the ledger does not hold yet, one driver at a time, until MINUTES have passed, and appends a line per
-# finished range to the ledger (a file kept in the tree, so the next session goes on where this one stopped).
+# The long hostile-input pass cut into ranges that resume across sessions: each call runs the parts of the
+# next ranges that the ledger does not hold yet, one driver at a time, until MINUTES have passed, and appends
+# a line per finished range to the ledger (a file kept in the tree, so the next session goes on where this
+# one stopped).
 #   cmake/fuzz-ranges.sh BUILD LEDGER MINUTES DRIVER...
 # A driver's whole pass is its count in cmake/fuzz-counts.sh, cut into RANGES parts (default 8); the seed is
-# TAVUTIL_FUZZ_SEED (default 20261125), so that ranges run in different sessions make one pass.
+# TAVUTIL_FUZZ_SEED (default 20261125), so that ranges run in different sessions make one pass. An input
+# depends only on the seed and its number, not on the count: inputs that a ledger line holds are not run
+# again when a driver's count changes, only the numbers no line covers yet.
+# FUZZ_SESSION (default BUILD) is the folder of the Wine session: two calls with different folders run side
+# by side, each with its own desktop and registry.
 set -u
 build=${1:?usage: fuzz-ranges.sh BUILD LEDGER MINUTES DRIVER...}
 ledger=${2:?missing LEDGER}
@@ -13,6 +18,7 @@ shift 3
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/fuzz-counts.sh"
 session="$here/wine-session.sh"
+where=${FUZZ_SESSION:-$build}
 exe="$build/bin/fuzz_tests.exe"
 seed=${TAVUTIL_FUZZ_SEED:-20261125}
 ranges=${RANGES:-8}
@@ -21,29 +27,51 @@ deadline=$(($(date +%s) + minutes * 60))
 touch "$ledger"
 mkdir -p "$build/fuzz-ranges"
 
-"$session" start "$build" || exit 1
-trap '"$session" stop "$build"' EXIT
+# The first input number in [FROM, UNTIL) that no ledger line of DRIVER with this seed holds, and the end of
+# the gap that starts there: "FIRST END", or nothing when the ledger holds the whole range.
+first_gap() {
+    awk -v driver="$1" -v seed="$seed" -v from="$2" -v until="$3" '
+        $1 == driver && $2 == seed { n++; lo[n] = $4 + 0; hi[n] = $5 + 0 }
+        END {
+            at = from
+            do {  # climb over every line that covers the number reached
+                moved = 0
+                for (i = 1; i <= n; i++)
+                    if (lo[i] <= at && hi[i] > at) { at = hi[i]; moved = 1 }
+            } while (moved && at < until)
+            if (at >= until) exit
+            end = until  # the gap ends where the next line begins
+            for (i = 1; i <= n; i++)
+                if (lo[i] > at && lo[i] < end) end = lo[i]
+            print at, end
+        }' "$ledger"
+}
+
+"$session" start "$where" || exit 1
+trap '"$session" stop "$where"' EXIT
 status=0
 for driver in "$@"; do
     count=$(fuzz_count "Fuzz.$driver")
     for part in $(seq 0 $((ranges - 1))); do
-        from=$((count * part / ranges)) until=$((count * (part + 1) / ranges))
-        grep -q "^$driver $seed $count $from $until " "$ledger" && continue
-        [ "$(date +%s)" -lt "$deadline" ] || exit "$status"
-        log="$build/fuzz-ranges/$driver-$from.log"
-        TAVUTIL_FUZZ_LONG=1 TAVUTIL_FUZZ_SEED=$seed TAVUTIL_FUZZ_INPUTS=$count TAVUTIL_FUZZ_FROM=$from \
-            TAVUTIL_FUZZ_UNTIL=$until "$session" run "$build" "$exe" --gtest_color=no --gtest_filter="Fuzz.$driver" \
-            >"$log" 2>&1
-        line=$(tr -d '\r' <"$log" | grep -E '^fuzz: [a-z-]+ +[0-9]+ inputs' | tail -1)
-        passed=$(tr -d '\r' <"$log" | grep -c '^\[  PASSED  \] 1 test')
-        if [ -z "$line" ] || [ "$passed" != 1 ]; then
-            echo "fuzz-ranges: $driver $from..$until FAILED (see $log)"
-            status=1
-            continue
-        fi
-        # driver seed count from until commit: inputs outcomes seconds failures
-        echo "$driver $seed $count $from $until $commit: $(echo "$line" | sed -E 's/^fuzz: [a-z-]+ +//')" >>"$ledger"
-        tail -1 "$ledger"
+        start=$((count * part / ranges)) end=$((count * (part + 1) / ranges))
+        while gap=$(first_gap "$driver" "$start" "$end") && [ -n "$gap" ]; do
+            read -r from until <<<"$gap"
+            [ "$(date +%s)" -lt "$deadline" ] || exit "$status"
+            log="$build/fuzz-ranges/$driver-$from.log"
+            TAVUTIL_FUZZ_LONG=1 TAVUTIL_FUZZ_SEED=$seed TAVUTIL_FUZZ_INPUTS=$count TAVUTIL_FUZZ_FROM=$from \
+                TAVUTIL_FUZZ_UNTIL=$until "$session" run "$where" "$exe" --gtest_color=no \
+                --gtest_filter="Fuzz.$driver" >"$log" 2>&1
+            line=$(tr -d '\r' <"$log" | grep -E '^fuzz: [a-z-]+ +[0-9]+ inputs' | tail -1)
+            passed=$(tr -d '\r' <"$log" | grep -c '^\[  PASSED  \] 1 test')
+            if [ -z "$line" ] || [ "$passed" != 1 ]; then
+                echo "fuzz-ranges: $driver $from..$until FAILED (see $log)"
+                status=1
+                break
+            fi
+            # driver seed count from until commit: inputs outcomes seconds failures
+            echo "$driver $seed $count $from $until $commit: $(echo "$line" | sed -E 's/^fuzz: [a-z-]+ +//')" >>"$ledger"
+            tail -1 "$ledger"
+        done
     done
 done
 exit "$status"
