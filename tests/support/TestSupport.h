@@ -60,10 +60,11 @@ struct ChildResult {
 // Runs a command line, captures its output, waits for it to end. `directory`: the folder it starts in
 // (empty: this process's current folder).
 // CreateProcessW as every test starts a program of its own. A refused start is tried up to three times, each
-// refusal reported on standard error with the system's code and sentence: on a Wine prefix under load a child
-// has, rarely, failed to come up at all (CreateProcessW failing with 1359, ERROR_INTERNAL_ERROR, seen on clean
-// clones; the cause is in the emulator's process start, not in the program or the library), and a test that
-// needs a program of its own must not fail on that. False with the last refusal's code as the last error.
+// refusal reported on standard error with the system's code and sentence, and a test that needs a program of
+// its own must not fail on one. A child that ends before it runs gives 1359 (ERROR_INTERNAL_ERROR): seen on
+// clean clones when Wine's loader heap was placed over the shared user data page, which the test session now
+// prevents (cmake/wine-session.sh, tests/process/WineStartTest.cpp). False with the last refusal's code as the
+// last error.
 // `application` is CreateProcessW's first argument (null: the program is the command line's first word).
 bool StartProcess(const std::wstring& commandLine, bool inheritHandles, STARTUPINFOW& startup, const wchar_t* directory,
                   PROCESS_INFORMATION& created, const wchar_t* application = nullptr);
