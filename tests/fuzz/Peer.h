@@ -21,6 +21,7 @@ public:
     void End();
 
     DWORD id() const { return processId_; }
+    HANDLE process() const { return process_; }
     HWND window() const { return window_; }  // its hidden window (in "wait" mode)
     // Writes to its standard input; reads exactly `size` bytes of its output within `timeoutMs`.
     bool Write(const void* data, size_t size);

@@ -1,5 +1,6 @@
 // fuzz_peer.exe: the other program of the hostile-input drivers. It shows no window and ends when its standard
-// input closes, or after two minutes, so that a driver that failed never leaves it behind.
+// input closes, or after two minutes without an order, so that a driver that failed never leaves it behind
+// (a range of the long pass gives it orders for far longer than two minutes).
 //
 //   fuzz_peer.exe wait        writes "ready <window>\n" (a hidden top-level window of its own, in decimal) to
 //                             its standard output, then waits: a child under whatever name it was copied to.
@@ -8,17 +9,21 @@
 //                             then each item as three 32-bit numbers (format, how, byte count) and the bytes.
 //                             How: 0 the data now; 1 delayed, rendered when asked; 2 delayed, and never
 //                             rendered when asked.
+//   idle=<ms>                 after either: the time without an order after which it ends (120000).
 #include <windows.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <cwchar>
 #include <string>
 #include <vector>
 
 namespace {
 
 constexpr UINT kOrder = WM_APP + 1;
+constexpr UINT_PTR kIdleTimer = 1;
+UINT idleMs = 120000;
 
 struct Item {
     uint32_t format = 0, how = 0;
@@ -58,6 +63,7 @@ HGLOBAL Block(const Item& item) {
 }
 
 void Serve(HWND window, std::vector<Item>* order) {
+    SetTimer(window, kIdleTimer, idleMs, nullptr);  // starts the idle time again
     items = std::move(*order);
     delete order;
     if (OpenClipboard(window)) {
@@ -127,7 +133,11 @@ DWORD WINAPI Reader(void* parameter) {
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int) {
-    const bool clipboard = std::wstring(commandLine).find(L"clipboard") != std::wstring::npos;
+    const std::wstring arguments = commandLine;
+    const bool clipboard = arguments.find(L"clipboard") != std::wstring::npos;
+    const size_t idle = arguments.find(L"idle=");
+    if (idle != std::wstring::npos)
+        idleMs = static_cast<UINT>(std::wcstoul(arguments.c_str() + idle + 5, nullptr, 10));
     WNDCLASSW windowClass = {};
     windowClass.lpfnWndProc = PeerProc;
     windowClass.hInstance = instance;
@@ -137,7 +147,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int) {
                                   nullptr, instance, nullptr);
     if (window == nullptr)
         return 1;
-    SetTimer(window, 1, 120000, nullptr);
+    SetTimer(window, kIdleTimer, idleMs, nullptr);
     char ready[64];
     std::snprintf(ready, sizeof ready, "ready %lld\n",
                   clipboard ? 0LL : static_cast<long long>(reinterpret_cast<intptr_t>(window)));
