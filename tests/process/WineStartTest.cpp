@@ -39,8 +39,9 @@ std::string ReadProcFile(const std::wstring& path) {
 std::wstring OwnProcFolder() {
     wchar_t module[MAX_PATH], prefix[MAX_PATH];
     const DWORD length = GetModuleFileNameW(nullptr, module, MAX_PATH);
-    const std::string name = "/" + tavtest::Narrow(std::wstring(module, length).substr(
-                                       std::wstring(module, length).find_last_of(L'\\') + 1));
+    const std::string name =
+        "/" +
+        tavtest::Narrow(std::wstring(module, length).substr(std::wstring(module, length).find_last_of(L'\\') + 1));
     const DWORD prefixLength = GetEnvironmentVariableW(L"WINEPREFIX", prefix, MAX_PATH);
     const std::string environment = "WINEPREFIX=" + tavtest::Narrow(std::wstring(prefix, prefixLength));
 
@@ -55,7 +56,8 @@ std::wstring OwnProcFolder() {
         const std::wstring folder = std::wstring(L"Z:\\proc\\") + entry.cFileName;
         const std::string first = ReadProcFile(folder + L"\\cmdline").c_str();  // its first word
         const std::string block = ReadProcFile(folder + L"\\environ");
-        const bool named = first.size() >= name.size() && first.compare(first.size() - name.size(), name.size(), name) == 0;
+        const bool named =
+            first.size() >= name.size() && first.compare(first.size() - name.size(), name.size(), name) == 0;
         if (named && block.find(std::string(1, '\0') + environment + '\0') != std::string::npos)
             found = folder;
     } while (found.empty() && FindNextFileW(search, &entry));
