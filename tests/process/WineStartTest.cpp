@@ -38,10 +38,8 @@ std::string ReadProcFile(const std::wstring& path) {
 // starter wrote it: relative or not), and holds the Wine prefix of its session in its environment.
 std::wstring OwnProcFolder() {
     wchar_t module[MAX_PATH], prefix[MAX_PATH];
-    const DWORD length = GetModuleFileNameW(nullptr, module, MAX_PATH);
-    const std::string name =
-        "/" +
-        tavtest::Narrow(std::wstring(module, length).substr(std::wstring(module, length).find_last_of(L'\\') + 1));
+    const std::wstring path(module, GetModuleFileNameW(nullptr, module, MAX_PATH));
+    const std::string name = "/" + tavtest::Narrow(path.substr(path.find_last_of(L'\\') + 1));
     const DWORD prefixLength = GetEnvironmentVariableW(L"WINEPREFIX", prefix, MAX_PATH);
     const std::string environment = "WINEPREFIX=" + tavtest::Narrow(std::wstring(prefix, prefixLength));
 
@@ -54,8 +52,8 @@ std::wstring OwnProcFolder() {
         if (entry.cFileName[0] < L'0' || entry.cFileName[0] > L'9')
             continue;
         const std::wstring folder = std::wstring(L"Z:\\proc\\") + entry.cFileName;
-        const std::string first = ReadProcFile(folder + L"\\cmdline").c_str();  // its first word
-        const std::string block = ReadProcFile(folder + L"\\environ");
+        const std::string first = ReadProcFile(folder + L"\\cmdline").c_str();                 // its first word
+        const std::string block = std::string(1, '\0') + ReadProcFile(folder + L"\\environ");  // NUL before each
         const bool named =
             first.size() >= name.size() && first.compare(first.size() - name.size(), name.size(), name) == 0;
         if (named && block.find(std::string(1, '\0') + environment + '\0') != std::string::npos)
