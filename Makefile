@@ -33,7 +33,7 @@ DEMO_PACKAGES := $(filter g++-mingw-w64% binutils-mingw-w64% wine64:% wine:% xvf
 DEMO_CONFIGURE := -DTAVUTIL_BUILD_TESTS=OFF -DTAVUTIL_BUILD_DOCS=OFF -DTAVUTIL_BUILD_BENCH=OFF \
                   -DTAVUTIL_BUILD_MSVC_IMPORT_LIB=OFF
 
-.PHONY: all deps demo-deps print-demo configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges format \
+.PHONY: all deps demo-deps print-demo configure build test demo bench install clean loaded-runs hardened-build test-hardened fuzz fuzz-ranges fuzz-ledger format \
         format-check docs dist export-baseline faults
 
 all: build
@@ -131,6 +131,9 @@ FUZZ_DRIVERS ?= Automation CapiAutomation RunningObjects CapiRunningObjects Wind
                 CapiMessengers FilePicker CapiFilePicker Sounds CapiSounds
 fuzz-ranges: hardened-build
 	FUZZ_SESSION=$(FUZZ_SESSION) bash cmake/fuzz-ranges.sh $(HARDENED_BUILD) tests/fuzz/long-pass-ledger.txt $(FUZZ_MINUTES) $(FUZZ_DRIVERS)
+# What the ledger holds: a row per driver (inputs held of its count, seconds, rate, failures).
+fuzz-ledger:
+	@bash cmake/fuzz-ledger.sh table tests/fuzz/long-pass-ledger.txt
 
 # The demonstration needs only the DLL and the command-line tool. A folder that `make test` configured is used as
 # it is; a new one is configured without the tests, the benchmarks and the documentation (`make test` adds
