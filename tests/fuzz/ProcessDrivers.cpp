@@ -140,20 +140,21 @@ Text OddFileName(const Text& text, Rng& rng) {
 
 struct ChildDriver {
     tavtest::TempDir dir{L"fuzzproc"};
-    std::wstring current;  // where the copy of the child is now
-
-    ChildDriver() {
-        current = dir / L"peer.exe";
-        CopyFileW(PeerProgram().c_str(), current.c_str(), FALSE);
-    }
+    std::wstring current = dir / L"peer.exe";  // where the copy of the child is now
+    bool copied = CopyFileW(PeerProgram().c_str(), current.c_str(), FALSE) != 0;
+    DWORD copyError = copied ? 0 : GetLastError();
 };
 
 std::string RunChild(ChildDriver& driver, const Input& input, bool capi) {
     Rng rng(input.choices);
     const std::wstring path = driver.dir / OddFileName(input.text, rng);
     if (path != driver.current) {
-        if (!MoveFileW(driver.current.c_str(), path.c_str()))
+        if (!MoveFileW(driver.current.c_str(), path.c_str())) {
+            // A name the folder cannot take is an outcome; a copy that has gone would make every input one.
+            Expect(GetFileAttributesW(driver.current.c_str()) != INVALID_FILE_ATTRIBUTES,
+                   "the copy of the child is gone from " + Narrow(driver.current));
             return "nomove";
+        }
         driver.current = path;
     }
     WIN32_FIND_DATAW found = {};
@@ -239,12 +240,14 @@ const std::vector<Text> kFileSeeds = {L"peer", L"x y",     L"\x00E9t\x00E9\x4E2D
 
 TEST(Fuzz, Processes) {
     auto driver = std::make_shared<ChildDriver>();
+    ASSERT_TRUE(driver->copied) << "fuzz_peer.exe could not be copied: error " << driver->copyError;
     RunDriver({"processes", kFileSeeds, nullptr,
                [driver](const Input& input) { return RunChild(*driver, input, false); }, true, 80, true});
 }
 
 TEST(Fuzz, CapiProcesses) {
     auto driver = std::make_shared<ChildDriver>();
+    ASSERT_TRUE(driver->copied) << "fuzz_peer.exe could not be copied: error " << driver->copyError;
     RunDriver({"capi-processes", kFileSeeds, nullptr,
                [driver](const Input& input) { return RunChild(*driver, input, true); }, true, 80, true});
 }
