@@ -17,6 +17,7 @@ minutes=${3:?missing MINUTES}
 shift 3
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/fuzz-counts.sh"
+. "$here/fuzz-ledger.sh"  # ledger_gap
 session="$here/wine-session.sh"
 where=${FUZZ_SESSION:-$build}
 exe="$build/bin/fuzz_tests.exe"
@@ -27,26 +28,6 @@ deadline=$(($(date +%s) + minutes * 60))
 touch "$ledger"
 mkdir -p "$build/fuzz-ranges"
 
-# The first input number in [FROM, UNTIL) that no ledger line of DRIVER with this seed holds, and the end of
-# the gap that starts there: "FIRST END", or nothing when the ledger holds the whole range.
-first_gap() {
-    awk -v driver="$1" -v seed="$seed" -v from="$2" -v until="$3" '
-        $1 == driver && $2 == seed { n++; lo[n] = $4 + 0; hi[n] = $5 + 0 }
-        END {
-            at = from
-            do {  # climb over every line that covers the number reached
-                moved = 0
-                for (i = 1; i <= n; i++)
-                    if (lo[i] <= at && hi[i] > at) { at = hi[i]; moved = 1 }
-            } while (moved && at < until)
-            if (at >= until) exit
-            end = until  # the gap ends where the next line begins
-            for (i = 1; i <= n; i++)
-                if (lo[i] > at && lo[i] < end) end = lo[i]
-            print at, end
-        }' "$ledger"
-}
-
 "$session" start "$where" || exit 1
 trap '"$session" stop "$where"' EXIT
 status=0
@@ -54,7 +35,7 @@ for driver in "$@"; do
     count=$(fuzz_count "Fuzz.$driver")
     for part in $(seq 0 $((ranges - 1))); do
         start=$((count * part / ranges)) end=$((count * (part + 1) / ranges))
-        while gap=$(first_gap "$driver" "$start" "$end") && [ -n "$gap" ]; do
+        while gap=$(ledger_gap "$ledger" "$driver" "$seed" "$start" "$end") && [ -n "$gap" ]; do
             read -r from until <<<"$gap"
             [ "$(date +%s)" -lt "$deadline" ] || exit "$status"
             log="$build/fuzz-ranges/$driver-$from.log"
