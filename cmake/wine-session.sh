@@ -29,7 +29,7 @@ log() { echo "wine-session: $*" >&2; }
 
 # Debian's Wine starts without its preloader, so nothing holds the addresses a Windows process needs before
 # the loader's own heap is placed, and the kernel places that heap anywhere in the 1 GiB above the loader
-# (0x7d000000). About one start in 4,000 (measured: 5 in 24,000) the heap covers 0x7ffe0000, where Windows
+# (0x7d000000). About one start in 7,000 (measured: 5 in 34,000) the heap covers 0x7ffe0000, where Windows
 # keeps its shared user data page: Wine ends the new process with status 1 before it runs ("failed to map
 # the shared user data: c0000018"), and the CreateProcessW that started it fails with ERROR_INTERNAL_ERROR.
 # Without address randomisation, which every process Wine starts inherits, the heap follows the loader.
