@@ -19,20 +19,6 @@ constexpr unsigned long kAddrNoRandomize = 0x0040000;  // Linux personality flag
 constexpr unsigned long long kLoaderBase = 0x7d000000;
 constexpr unsigned long long kSharedUserData = 0x7ffe0000;
 
-// The whole text of a file of /proc (their size reads as 0, so read until the end).
-std::string ReadProcFile(const std::wstring& path) {
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return {};
-    std::string text;
-    char buffer[4096];
-    DWORD got = 0;
-    while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0)
-        text.append(buffer, got);
-    CloseHandle(file);
-    return text;
-}
-
 // The /proc folder of this process's Unix side. Not /proc/self: Wine's server opens files for its clients,
 // so "self" would be the server. The Unix side of a program started by path is named by that path (as its
 // starter wrote it: relative or not), and holds the Wine prefix of its session in its environment.
@@ -52,8 +38,9 @@ std::wstring OwnProcFolder() {
         if (entry.cFileName[0] < L'0' || entry.cFileName[0] > L'9')
             continue;
         const std::wstring folder = std::wstring(L"Z:\\proc\\") + entry.cFileName;
-        const std::string first = ReadProcFile(folder + L"\\cmdline").c_str();                 // its first word
-        const std::string block = std::string(1, '\0') + ReadProcFile(folder + L"\\environ");  // NUL before each
+        const std::string first = tavtest::ReadFileBytes(folder + L"\\cmdline").c_str();  // its first word
+        const std::string block =
+            std::string(1, '\0') + tavtest::ReadFileBytes(folder + L"\\environ");  // NUL before each
         const bool named =
             first.size() >= name.size() && first.compare(first.size() - name.size(), name.size(), name) == 0;
         if (named && block.find(std::string(1, '\0') + environment + '\0') != std::string::npos)
@@ -66,7 +53,7 @@ std::wstring OwnProcFolder() {
 TEST(WineStart, ProgramsRunWithoutAddressRandomisation) {
     const std::wstring folder = OwnProcFolder();
     ASSERT_FALSE(folder.empty()) << "this program's Unix process was not found in Z:\\proc";
-    const std::string personality = ReadProcFile(folder + L"\\personality");
+    const std::string personality = tavtest::ReadFileBytes(folder + L"\\personality");
     const unsigned long flags = std::strtoul(personality.c_str(), nullptr, 16);
     EXPECT_NE(0u, flags & kAddrNoRandomize) << tavtest::Narrow(folder) << ": personality " << personality;
 }
@@ -74,7 +61,7 @@ TEST(WineStart, ProgramsRunWithoutAddressRandomisation) {
 TEST(WineStart, TheLoadersHeapFollowsTheLoader) {
     const std::wstring folder = OwnProcFolder();
     ASSERT_FALSE(folder.empty()) << "this program's Unix process was not found in Z:\\proc";
-    const std::string maps = ReadProcFile(folder + L"\\maps");
+    const std::string maps = tavtest::ReadFileBytes(folder + L"\\maps");
     std::istringstream lines(maps);
     std::string line;
     bool found = false;

@@ -145,11 +145,11 @@ std::string ReadFileBytes(const std::wstring& path) {
     std::string bytes;
     if (!file)
         return bytes;
+    // Read to the end rather than to the size the file reports: files of /proc (through Z:) report 0.
+    char buffer[4096];
     DWORD read = 0;
-    bytes.resize(GetFileSize(file.get(), nullptr));
-    if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
-        read = 0;
-    bytes.resize(read);
+    while (ReadFile(file.get(), buffer, sizeof(buffer), &read, nullptr) && read > 0)
+        bytes.append(buffer, read);
     return bytes;
 }
 
