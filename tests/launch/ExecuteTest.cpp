@@ -252,13 +252,17 @@ TEST(ExecProgAndWaitForInit, MissingProgramFails) {
 TEST(BringProcessToForeground, BringsTheWindowOfARunningProcess) {
     tavtest::RunningProgram probe;
     ASSERT_TRUE(probe.Start(L"\"" + ProbePath() + L"\""));
-    ASSERT_NE(probe.WaitForWindow(L"TavLaunchProbe"), nullptr);
+    const HWND probeWindow = probe.WaitForWindow(L"TavLaunchProbe");
+    ASSERT_NE(probeWindow, nullptr);
     FrontWindow front;
     ASSERT_TRUE(front.IsForeground());
+    // The probe has met the loss of its focus before the foreground goes back to it.
+    ASSERT_TRUE(launchtest::CatchUp(probeWindow));
     EXPECT_TRUE(BringProcessToForeground(probe.id(), probe.handle()));
     EXPECT_TRUE(launchtest::ForegroundBelongsTo(probe.id()));
 
     ASSERT_TRUE(front.BringToFront());
+    ASSERT_TRUE(launchtest::CatchUp(probeWindow));
     EXPECT_TRUE(BringProcessToForeground(probe.id(), nullptr));
     EXPECT_TRUE(launchtest::ForegroundBelongsTo(probe.id()));
 }

@@ -78,6 +78,13 @@ FrontWindow::FrontWindow()
     deactivations_ = 0;
 }
 
+bool CatchUp(HWND window) {
+    DWORD_PTR answer = 0;
+    return SendMessageTimeoutW(window, launchprobe::kCatchUpMessage, 0, 0, SMTO_NORMAL, tavtest::kWaitMs, &answer) !=
+               0 &&
+           answer == static_cast<DWORD_PTR>(launchprobe::kCaughtUp);
+}
+
 bool ForegroundBelongsTo(DWORD processId) {
     // A foreground change to another process's window completes in that process: allow it a long moment
     // on a busy machine (the answer comes as soon as the change is seen).

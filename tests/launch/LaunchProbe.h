@@ -6,6 +6,7 @@
 #include "RunningProgram.h"
 #include "TestSupport.h"
 #include "TestWindow.h"
+#include "probe/ProbeMessages.h"
 
 #include <windows.h>
 
@@ -68,6 +69,10 @@ private:
     int altPresses_ = 0;
     tavtest::TestWindow window_;  // declared last: it goes before the counts its handler writes
 };
+
+// Has the probe whose window is `window` handle the display server's events that have reached it (see
+// launchprobe::kCatchUpMessage): true when it answered.
+bool CatchUp(HWND window);
 
 // Whether the foreground window belongs to process `processId`.
 bool ForegroundBelongsTo(DWORD processId);

@@ -1,10 +1,11 @@
 // tavlaunchprobe.exe: a small GUI program that the launch tests start. At start-up it writes a report to the
 // file named by TAVPROBE_REPORT (process id, current folder, command line, foreground window, the show
-// command it was given or -1), then shows a
-// window of class "TavLaunchProbe" and runs until it is closed (or 60 s have passed). Given "--busy" it
-// never reads its message queue, so it never becomes ready for input, and ends after 60 s. Given
-// "--nowindow" it reads its message queue (so it becomes ready for input) without ever making a window, and
-// ends after 60 s.
+// command it was given or -1), then shows a window of class "TavLaunchProbe" and runs until it is closed (or
+// 60 s have passed); the window answers the messages of ProbeMessages.h. Given "--busy" it never reads its
+// message queue, so it never becomes ready for input, and ends after 60 s. Given "--nowindow" it reads its
+// message queue (so it becomes ready for input) without ever making a window, and ends after 60 s.
+#include "ProbeMessages.h"
+
 #include <windows.h>
 
 #include <string>
@@ -54,6 +55,11 @@ LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     switch (message) {
     case WM_TIMER: DestroyWindow(window); return 0;
     case WM_DESTROY: PostQuitMessage(0); return 0;
+    case launchprobe::kCatchUpMessage:
+        // The waiting call handles the events that have arrived before it would wait; a time-out of 0 does
+        // not wait.
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 0, QS_ALLINPUT);
+        return launchprobe::kCaughtUp;
     default: return DefWindowProcW(window, message, wParam, lParam);
     }
 }
