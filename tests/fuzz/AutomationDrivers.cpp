@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <cwctype>
 #include <memory>
@@ -408,10 +409,35 @@ Text HostileDisplayName(Rng& rng, const Text& text, const Text& key) {
     return name;
 }
 
-std::string RunRot(RotDriver& driver, const Input& input, bool capi) {
-    Rng rng(input.choices);
+// Names up to this length always fit the table's limit, whichever kind of moniker carries them.
+constexpr size_t kLongestNameTaken = 1000;
+
+std::string HexCode(HRESULT code) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08lx", static_cast<unsigned long>(code));
+    return text;
+}
+
+// What one input put in the table, taken out again however the input ends.
+struct RotEntries {
+    IRunningObjectTable* table;
     std::vector<DWORD> cookies;
     std::vector<PlainObject*> objects;
+
+    explicit RotEntries(IRunningObjectTable* t) : table(t) {}
+    RotEntries(const RotEntries&) = delete;
+    RotEntries& operator=(const RotEntries&) = delete;
+    ~RotEntries() {
+        for (DWORD cookie : cookies)
+            table->Revoke(cookie);
+        for (PlainObject* object : objects)
+            object->Release();  // what the search keeps of a match stays with it, as its rule says
+    }
+};
+
+std::string RunRot(RotDriver& driver, const Input& input, bool capi) {
+    Rng rng(input.choices);
+    RotEntries entries(driver.table);
     for (uint32_t n = 1 + rng.Below(4); n > 0; --n) {
         const Text name = HostileDisplayName(rng, input.text, driver.key);
         CComPtr<IMoniker> moniker;
@@ -420,10 +446,18 @@ std::string RunRot(RotDriver& driver, const Input& input, bool capi) {
         if (FAILED(made))
             continue;
         auto* object = new PlainObject(!rng.OneIn(4));
+        entries.objects.push_back(object);
         DWORD cookie = 0;
-        if (SUCCEEDED(driver.table->Register(0, object, moniker, &cookie)))
-            cookies.push_back(cookie);
-        objects.push_back(object);
+        const HRESULT registered = driver.table->Register(0, object, moniker, &cookie);
+        // The table keeps at most 2 KB of a moniker's comparison data and refuses a longer name
+        // (E_OUTOFMEMORY). A refused shorter name means a broken table, one that would leave every search
+        // empty and the driver testing nothing.
+        if (FAILED(registered)) {
+            Expect(name.size() > kLongestNameTaken,
+                   "the table refused an entry of " + Num(name.size()) + " units: " + HexCode(registered));
+            continue;
+        }
+        entries.cookies.push_back(cookie);
     }
     // The driver's ProgID mostly; now and then the input itself as a ProgID.
     const Text progId = rng.OneIn(8) ? input.text.substr(0, input.text.find(L'\0')) : driver.progId;
@@ -439,7 +473,7 @@ std::string RunRot(RotDriver& driver, const Input& input, bool capi) {
         CComPtr<IDispatch> found = ComUtils::FindInROT(progId.c_str());
         Expect(found.p == expected, "FindInROT gave " + std::string(found.p ? "an object" : "nothing") +
                                         " where the table's first match is " + (expected ? "an object" : "nothing"));
-        outcome = std::string(found.p ? "found" : "none") + " k" + Num(cookies.size());
+        outcome = std::string(found.p ? "found" : "none") + " k" + Num(entries.cookies.size());
     }
     if (capi) {
         void* object = reinterpret_cast<void*>(1);
@@ -451,10 +485,6 @@ std::string RunRot(RotDriver& driver, const Input& input, bool capi) {
                    tav_com_find_in_rot(nullptr, &object) == 0 && object == nullptr,
                "null ProgID or pointer");
     }
-    for (DWORD cookie : cookies)
-        driver.table->Revoke(cookie);
-    for (PlainObject* object : objects)
-        object->Release();  // what the search keeps of a match stays with it, as its rule says
     return outcome;
 }
 
