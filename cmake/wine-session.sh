@@ -170,11 +170,17 @@ run)
     else
         # Wine starts its system processes (services, rpcss, ...) with the first program that needs them,
         # and they inherit that program's output: a reader of a pipe (CTest) would wait for them to end. The
-        # program writes to a file instead, copied out when it ends.
+        # program writes to a file instead, passed on as it grows until the program ends, so that a program
+        # killed for its time-out still leaves what it wrote (the name of the test that hung).
         out=$(mktemp)
-        "${norandom[@]}" "$WINE" "$exe" "$@" >"$out" 2>&1
+        exec 3<&0  # a program started in the background would read nothing
+        "${norandom[@]}" "$WINE" "$exe" "$@" <&3 >"$out" 2>&1 3<&- &
+        program=$!
+        tail -n +1 -s 0.2 -f --pid="$program" "$out" &
+        reader=$!
+        wait "$program"
         rc=$?
-        cat "$out"
+        wait "$reader"
         rm -f "$out"
     fi
     [ "$rc" = 0 ] || log "$(basename "$exe") ended with status $rc"
