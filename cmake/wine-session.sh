@@ -171,7 +171,7 @@ run)
         # Wine starts its system processes (services, rpcss, ...) with the first program that needs them,
         # and they inherit that program's output: a reader of a pipe (CTest) would wait for them to end. The
         # program writes to a file instead, passed on as it grows until the program ends, so that a program
-        # killed for its time-out still leaves what it wrote (the name of the test that hung).
+        # killed for its time-out still leaves what it wrote (the name of the test that was running).
         out=$(mktemp)
         exec 3<&0  # a program started in the background would read nothing
         "${norandom[@]}" "$WINE" "$exe" "$@" <&3 >"$out" 2>&1 3<&- &

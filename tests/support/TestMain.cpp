@@ -5,8 +5,8 @@
 namespace {
 
 // A test program killed for running out of time leaves in the log only what reached its output, and the
-// runtime holds output to a pipe back until its buffer fills. Each test's start is flushed at once, so the log
-// of a hung run ends with the name of the test that hung.
+// runtime holds output to a file or a pipe back until its buffer fills. Each test's start is flushed at once,
+// so the log of a killed run ends with the name of the test that was running.
 class FlushAtEachTest : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo&) override { std::fflush(stdout); }
     void OnTestEnd(const testing::TestInfo&) override { std::fflush(stdout); }
