@@ -4,15 +4,18 @@
 #
 #   wine-session.sh start BUILD_DIR        make the prefix if needed, start Xvfb and the wineserver
 #   wine-session.sh stop  BUILD_DIR        stop both (by pid for Xvfb)
-#   wine-session.sh run   BUILD_DIR EXE [ARGS...]
+#   wine-session.sh run   BUILD_DIR [--presses-keys SECONDS] EXE [ARGS...]
 #                                          run a Windows program in the session; without a started
-#                                          session, one is started for this program alone
+#                                          session, one is started for this program alone. A program
+#                                          that presses keys in the X server (xdotool) says so: it is
+#                                          ended after SECONDS, and however it ends, its keys are let go
+#   wine-session.sh release-keys BUILD_DIR let go of every key a test presses in the X server
 #   wine-session.sh env   BUILD_DIR        print the environment of the session (for `eval`)
 #
 # CMake uses `run` as the cross-compiling emulator, so every test and tool target runs under Wine.
 set -u
 
-cmd=${1:?usage: wine-session.sh start|stop|run|env BUILD_DIR [EXE ARGS...]}
+cmd=${1:?usage: wine-session.sh start|stop|run|env|release-keys BUILD_DIR [EXE ARGS...]}
 [ "$cmd" = start ] && mkdir -p "${2:?missing BUILD_DIR}"  # a session folder of its own (a second desktop)
 build=$(cd "${2:?missing BUILD_DIR}" && pwd)
 shift 2
@@ -133,6 +136,14 @@ stop_session() {
     fi
 }
 
+# The keys the tests press through xdotool (tests/support/PhysicalKeyboard.h): modifiers of both sides. A
+# program killed while it held one leaves it down in the X server, and Wine, which takes the X server's key
+# state when one of its windows gets the focus, would show it down to every program after it.
+release_keys() {
+    xdotool keyup Shift_L Shift_R Control_L Control_R Alt_L Alt_R Super_L Super_R >/dev/null 2>&1 ||
+        log "xdotool could not let go of the keys on $DISPLAY"
+}
+
 load_session() {
     [ -f "$state" ] || return 1
     local pid
@@ -156,6 +167,15 @@ env)
         "$WINEPREFIX" "$WINEDLLOVERRIDES" "$DISPLAY" "$WINE"
     ;;
 run)
+    limit=()
+    presses_keys=0
+    if [ "${1:-}" = --presses-keys ]; then
+        # Its own time limit, below the caller's, so that the keys are let go after it in every case (a
+        # caller's time-out kills this script too).
+        limit=(timeout -k 10 "${2:?missing seconds}")
+        presses_keys=1
+        shift 2
+    fi
     exe=${1:?missing program}
     shift
     owned=0
@@ -165,7 +185,7 @@ run)
         owned=1
     fi
     if [ -t 1 ]; then
-        "${norandom[@]}" "$WINE" "$exe" "$@"
+        "${norandom[@]}" "${limit[@]}" "$WINE" "$exe" "$@"
         rc=$?
     else
         # Wine starts its system processes (services, rpcss, ...) with the first program that needs them,
@@ -174,7 +194,7 @@ run)
         # killed for its time-out still leaves what it wrote (the name of the test that was running).
         out=$(mktemp)
         exec 3<&0  # a program started in the background would read nothing
-        "${norandom[@]}" "$WINE" "$exe" "$@" <&3 >"$out" 2>&1 3<&- &
+        "${norandom[@]}" "${limit[@]}" "$WINE" "$exe" "$@" <&3 >"$out" 2>&1 3<&- &
         program=$!
         tail -n +1 -s 0.2 -f --pid="$program" "$out" &
         reader=$!
@@ -184,9 +204,15 @@ run)
         rm -f "$out"
     fi
     [ "$rc" = 0 ] || log "$(basename "$exe") ended with status $rc"
+    [ "$presses_keys" = 1 ] && [ "$rc" = 124 ] && log "$(basename "$exe") was ended after ${limit[3]} s"
+    [ "$presses_keys" = 1 ] && release_keys
     [ "$owned" = 1 ] || check_server "$exe"
     [ "$owned" = 1 ] && stop_session
     exit $rc
+    ;;
+release-keys)
+    load_session || { log "no session running for $build"; exit 1; }
+    release_keys
     ;;
 *)
     log "unknown command $cmd"
