@@ -1,9 +1,10 @@
 #include "KeyTestWindows.h"
 
+#include "platform/Handles.h"
+
 #include <TavUtil.h>
 
 #include <cstdio>
-#include <thread>
 
 namespace keytest {
 
@@ -104,23 +105,52 @@ bool RecorderWindow::Record(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+namespace {
+
+struct KeyStates {
+    bool down[256] = {};
+};
+
+DWORD WINAPI ReadKeyStates(void* context) {
+    auto* states = static_cast<KeyStates*>(context);
+    for (int vk = 0; vk < 256; ++vk)
+        states->down[vk] = (GetAsyncKeyState(vk) & 0x8000) != 0;
+    return 0;
+}
+
+// The whole state, read on a new thread (the header says why). A thread of the system's own, not std::thread:
+// a run makes thousands of these, and once a test that polled the keys stalled for minutes, with its reader
+// (a std::thread) blocked in the threads library's own code and the test waiting to join it (a backtrace
+// under Wine). A read that is still slow says so, with its time, in the test's output.
+KeyStates ReadOnNewThread() {
+    KeyStates states;
+    const DWORD start = GetTickCount();
+    tav::UniqueHandle thread(CreateThread(nullptr, 0, &ReadKeyStates, &states, 0, nullptr));
+    if (!thread) {
+        ADD_FAILURE() << "no thread to read the key state on (error " << GetLastError() << ")";
+        return states;
+    }
+    WaitForSingleObject(thread.get(), INFINITE);
+    const DWORD elapsed = GetTickCount() - start;
+    if (elapsed > 5000) {
+        std::printf("reading the key state on a new thread took %lu ms\n", elapsed);
+        std::fflush(stdout);
+    }
+    return states;
+}
+
+}  // namespace
+
 std::vector<UINT> PressedKeys() {
+    const KeyStates states = ReadOnNewThread();
     std::vector<UINT> pressed;
-    std::thread reader([&pressed] {
-        for (UINT vk = 0x07; vk <= 0xFE; ++vk)
-            if ((GetAsyncKeyState(static_cast<int>(vk)) & 0x8000) != 0)
-                pressed.push_back(vk);
-    });
-    reader.join();
+    for (UINT vk = 0x07; vk <= 0xFE; ++vk)
+        if (states.down[vk])
+            pressed.push_back(vk);
     return pressed;
 }
 
-bool IsKeyDown(UINT vk) {
-    bool down = false;
-    std::thread reader([vk, &down] { down = (GetAsyncKeyState(static_cast<int>(vk)) & 0x8000) != 0; });
-    reader.join();
-    return down;
-}
+bool IsKeyDown(UINT vk) { return vk < 256 && ReadOnNewThread().down[vk]; }
 
 testing::AssertionResult NoKeyPressed() {
     const std::vector<UINT> pressed = PressedKeys();
