@@ -134,12 +134,11 @@ bool TryReadOnNewThread(KeyStates& states, DWORD timeoutMs) {
     const auto read = std::make_shared<KeyStateRead>();
     if (!read->done)
         return false;
-    auto* forReader = new std::shared_ptr<KeyStateRead>(read);
-    const tav::UniqueHandle thread(CreateThread(nullptr, 0, &ReadKeyStates, forReader, 0, nullptr));
-    if (!thread) {
-        delete forReader;
+    auto forReader = std::make_unique<std::shared_ptr<KeyStateRead>>(read);
+    const tav::UniqueHandle thread(CreateThread(nullptr, 0, &ReadKeyStates, forReader.get(), 0, nullptr));
+    if (!thread)
         return false;
-    }
+    forReader.release();  // the reader's now: it lets go of it when it is done
     if (WaitForSingleObject(read->done.get(), timeoutMs) != WAIT_OBJECT_0)
         return false;
     states = read->states;
