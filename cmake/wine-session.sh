@@ -172,7 +172,8 @@ run)
     if [ "${1:-}" = --presses-keys ]; then
         # Its own time limit, below the caller's, so that the keys are let go after it in every case (a
         # caller's time-out kills this script too).
-        limit=(timeout -k 10 "${2:?missing seconds}")
+        limit_seconds=${2:?missing seconds}
+        limit=(timeout -k 10 "$limit_seconds")
         presses_keys=1
         shift 2
     fi
@@ -204,7 +205,7 @@ run)
         rm -f "$out"
     fi
     [ "$rc" = 0 ] || log "$(basename "$exe") ended with status $rc"
-    [ "$presses_keys" = 1 ] && [ "$rc" = 124 ] && log "$(basename "$exe") was ended after ${limit[3]} s"
+    [ "$presses_keys" = 1 ] && [ "$rc" = 124 ] && log "$(basename "$exe") was ended after $limit_seconds s"
     [ "$presses_keys" = 1 ] && release_keys
     [ "$owned" = 1 ] || check_server "$exe"
     [ "$owned" = 1 ] && stop_session
