@@ -1,11 +1,13 @@
 #include "KeyTestWindows.h"
 
+#include "TestSupport.h"
 #include "platform/Handles.h"
 
 #include <TavUtil.h>
 
 #include <cstdio>
 #include <memory>
+#include <string>
 
 namespace keytest {
 
@@ -127,22 +129,28 @@ DWORD WINAPI ReadKeyStates(void* context) {
     return 0;
 }
 
-// The state as a new thread reads it, if the thread answers within `timeoutMs`. The test waits for the
-// answer, not for the thread to end: once, under Wine, a reader stalled for minutes while it ended (its
-// backtrace: in the system's thread exit), and the test that joined it stalled with it.
-bool TryReadOnNewThread(KeyStates& states, DWORD timeoutMs) {
+// What a refused call says, for the test's output; read right after the call, before anything can change it.
+std::string Refusal(const char* call) {
+    const DWORD error = GetLastError();
+    return std::string(call) + " failed with error " + std::to_string(error) + ": " + tavtest::ErrorText(error);
+}
+
+// The state as a new thread reads it, if the thread answers within `timeoutMs`; otherwise, why not. The
+// test waits for the answer, not for the thread to end: once, under Wine, a reader stalled for minutes while
+// it ended (its backtrace: in the system's thread exit), and the test that joined it stalled with it.
+std::string TryReadOnNewThread(KeyStates& states, DWORD timeoutMs) {
     const auto read = std::make_shared<KeyStateRead>();
     if (!read->done)
-        return false;
+        return Refusal("CreateEventW");
     auto forReader = std::make_unique<std::shared_ptr<KeyStateRead>>(read);
     const tav::UniqueHandle thread(CreateThread(nullptr, 0, &ReadKeyStates, forReader.get(), 0, nullptr));
     if (!thread)
-        return false;
+        return Refusal("CreateThread");
     forReader.release();  // the reader's now: it lets go of it when it is done
     if (WaitForSingleObject(read->done.get(), timeoutMs) != WAIT_OBJECT_0)
-        return false;
+        return "no key-state reader answered in " + std::to_string(timeoutMs) + " ms";
     states = read->states;
-    return true;
+    return {};
 }
 
 // The whole state, read on a new thread (the header says why). A reader that gives no answer in time (not
@@ -153,12 +161,13 @@ KeyStates ReadOnNewThread() {
     constexpr int kAttempts = 5;
     KeyStates states;
     for (int attempt = 1; attempt <= kAttempts; ++attempt) {
-        if (TryReadOnNewThread(states, kAnswerMs))
+        const std::string failure = TryReadOnNewThread(states, kAnswerMs);
+        if (failure.empty())
             return states;
-        std::printf("no key-state reader answered in %lu ms (attempt %d of %d)\n", kAnswerMs, attempt, kAttempts);
+        std::printf("%s (attempt %d of %d)\n", failure.c_str(), attempt, kAttempts);
         std::fflush(stdout);
     }
-    ADD_FAILURE() << "no key-state reader answered in " << kAttempts << " attempts";
+    ADD_FAILURE() << "no key-state read succeeded in " << kAttempts << " attempts";
     return states;
 }
 

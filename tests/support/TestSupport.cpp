@@ -173,16 +173,20 @@ std::string SilentWave(unsigned samples) {
     return bytes;
 }
 
-namespace {
-
-void ReportStartFailure(const std::wstring& commandLine, DWORD error) {
+std::string ErrorText(DWORD error) {
     wchar_t text[256] = L"";
     FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text, 256, nullptr);
     std::wstring reason = text;
     while (!reason.empty() && (reason.back() == L'\n' || reason.back() == L'\r' || reason.back() == L' '))
         reason.pop_back();
+    return Narrow(reason);
+}
+
+namespace {
+
+void ReportStartFailure(const std::wstring& commandLine, DWORD error) {
     std::fprintf(stderr, "StartProcess: CreateProcessW of %s failed with error %lu: %s\n", Narrow(commandLine).c_str(),
-                 error, Narrow(reason).c_str());
+                 error, ErrorText(error).c_str());
     std::fflush(stderr);
 }
 

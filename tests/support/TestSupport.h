@@ -23,6 +23,8 @@ std::wstring Lower(std::wstring text);
 // UTF-8 <-> UTF-16 for messages and captured output.
 std::string Narrow(const std::wstring& text);
 std::wstring Widen(const std::string& text);
+// The system's text for an error code (GetLastError), without its line end, for a failure's message.
+std::string ErrorText(DWORD error);
 
 // A new, empty folder under %TEMP% (its name starts with `hint`), removed with its content on destruction.
 class TempDir {
